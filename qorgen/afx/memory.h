@@ -2,8 +2,8 @@
 
 // Blocks that cross the library's boundary.
 //
-// Every array or block that an operation hands out is made with these allocators and goes back through QorFree, in
-// whichever module the caller lives. All of it may be called from any thread.
+// Every array or block that an operation hands out is made with these allocators and goes back through
+// QorFree, in whichever module the caller lives. All of it may be called from any thread.
 
 #include <cstddef>
 
@@ -14,7 +14,8 @@ QORGEN_API void QorFree(void* block) noexcept;
 
 namespace qorgen {
 
-// A block of `bytes` bytes, uninitialised; throws the memory exception of the foundation classes when there is none.
+// A block of `bytes` bytes, uninitialised; throws the memory exception of the foundation classes when there
+// is none.
 [[nodiscard]] void* AllocateBlock(std::size_t bytes);
 
 // An array of `characters` wide characters, the terminator included in the count; uninitialised.

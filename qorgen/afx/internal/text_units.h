@@ -1,0 +1,20 @@
+#pragma once
+
+// Questions about single UTF-16 units that the sources of CString share. Pure functions.
+
+namespace qorgen::afx {
+
+// Whether the terminated set holds the unit; a null set holds none.
+inline bool IsOneOf(wchar_t unit, const wchar_t* characters) noexcept {
+  if (characters == nullptr) return false;
+  for (; *characters != 0; ++characters) {
+    if (*characters == unit) return true;
+  }
+  return false;
+}
+
+// The other case of a letter by simple one-to-one mapping; any other unit as it is.
+wchar_t ToLowerUnit(wchar_t unit) noexcept;
+wchar_t ToUpperUnit(wchar_t unit) noexcept;
+
+}  // namespace qorgen::afx

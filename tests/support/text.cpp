@@ -48,7 +48,9 @@ std::string Utf8(const wchar_t* text) {
   return out;
 }
 
-std::string Utf8(const CString& text) { return Utf8(static_cast<const wchar_t*>(text)); }
+std::string Utf8(const CString& text) {
+  return Utf8(static_cast<const wchar_t*>(text));
+}
 
 std::string TakeUtf8(wchar_t* text) {
   std::string out = Utf8(text);

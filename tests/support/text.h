@@ -1,7 +1,7 @@
 #pragma once
 
-// Text of the library in assertions: GoogleTest compares and prints UTF-8, never wide text (its own wide printing
-// assumes the C library's wide functions).
+// Text of the library in assertions: GoogleTest compares and prints UTF-8, never wide text (its own wide
+// printing assumes the C library's wide functions).
 
 #include <string>
 

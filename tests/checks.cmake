@@ -1,0 +1,22 @@
+# Checks over sources, symbols and the installed package. They belong to the plain build: a sanitized library carries
+# the sanitizer's own symbols and asks its clients for them.
+set(checks ${CMAKE_CURRENT_SOURCE_DIR}/checks)
+add_test(NAME check_layers COMMAND ${checks}/layers.sh ${PROJECT_SOURCE_DIR})
+if(NOT QORGEN_SANITIZE)
+  add_test(NAME check_wide_symbols COMMAND ${checks}/wide_symbols.sh $<TARGET_FILE:qorgen>)
+  add_test(NAME check_format COMMAND ${checks}/format.sh ${PROJECT_SOURCE_DIR})
+endif()
+
+# Every public header stands on its own: a source each that includes nothing else.
+file(GLOB public_headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/qorgen/*.h
+     ${PROJECT_SOURCE_DIR}/qorgen/*/*.h)
+set(header_sources)
+foreach(header IN LISTS public_headers)
+  string(MAKE_C_IDENTIFIER "${header}" name)
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/headers/${name}.cpp)
+  file(CONFIGURE OUTPUT ${source} CONTENT "#include \"${header}\"\n#include \"${header}\"\n" @ONLY)
+  list(APPEND header_sources ${source})
+endforeach()
+add_library(qorgen_header_tests OBJECT ${header_sources})
+qorgen_own_code(qorgen_header_tests)
+target_link_libraries(qorgen_header_tests PRIVATE qorgen)

@@ -4,7 +4,6 @@ set(checks ${CMAKE_CURRENT_SOURCE_DIR}/checks)
 add_test(NAME check_layers COMMAND ${checks}/layers.sh ${PROJECT_SOURCE_DIR})
 if(NOT QORGEN_SANITIZE)
   add_test(NAME check_wide_symbols COMMAND ${checks}/wide_symbols.sh $<TARGET_FILE:qorgen>)
-  add_test(NAME check_format COMMAND ${checks}/format.sh ${PROJECT_SOURCE_DIR})
 endif()
 
 # Every public header stands on its own: a source each that includes nothing else.

@@ -1,7 +1,7 @@
 #pragma once
 
-// The one export macro of the library. QORGEN_BUILDING is set while the library itself is compiled, QORGEN_STATIC
-// where its objects are linked into a program directly (the library's own tests).
+// The one export macro of the library. QORGEN_BUILDING is set while the library itself is compiled,
+// QORGEN_STATIC where its objects are linked into a program directly (the library's own tests).
 #if defined(QORGEN_STATIC) && !defined(QORGEN_BUILDING)
 #define QORGEN_API
 #elif defined(_WIN32) && defined(QORGEN_BUILDING)

@@ -1,9 +1,10 @@
 #pragma once
 
-// The scalar types, handles and small records of the system interface, under their published names and widths.
+// The scalar types, handles and small records of the system interface, under their published names and
+// widths.
 //
-// On Windows they are the system's own. On Linux they are declared here: LONG, DWORD, HRESULT and their like are
-// exact 32-bit types, while the language's own `long` stays 64 bits wide.
+// On Windows they are the system's own. On Linux they are declared here: LONG, DWORD, HRESULT and their like
+// are exact 32-bit types, while the language's own `long` stays 64 bits wide.
 
 #include <cstddef>
 #include <cstdint>
@@ -87,8 +88,12 @@ inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005u);
 inline constexpr HRESULT E_UNEXPECTED = static_cast<HRESULT>(0x8000FFFFu);
 inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000Eu);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057u);
-constexpr bool SUCCEEDED(HRESULT result) { return result >= 0; }
-constexpr bool FAILED(HRESULT result) { return result < 0; }
+constexpr bool SUCCEEDED(HRESULT result) {
+  return result >= 0;
+}
+constexpr bool FAILED(HRESULT result) {
+  return result < 0;
+}
 
 static_assert(sizeof(ULARGE_INTEGER) == 8 && sizeof(FILETIME) == 8 && sizeof(SYSTEMTIME) == 16);
 #endif

@@ -1,0 +1,14 @@
+#include "qorgen/platform/error.h"
+
+namespace {
+
+constinit thread_local DWORD last_error = ERROR_SUCCESS;
+
+}  // namespace
+
+DWORD GetLastError() {
+  return last_error;
+}
+void SetLastError(DWORD error) {
+  last_error = error;
+}

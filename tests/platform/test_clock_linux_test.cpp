@@ -1,0 +1,39 @@
+#include <gtest/gtest.h>
+
+#include "qorgen/platform/linux/test_clock.h"
+
+namespace qorgen::platform {
+namespace {
+
+TEST(TestClock, FixesEveryClockAndGivesItBack) {
+  const __time64_t running = _time64(nullptr);
+  {
+    const TestClock outer(2024, 2, 29, 23, 59, 58);
+    SYSTEMTIME local{};
+    GetLocalTime(&local);
+    EXPECT_EQ(2024, local.wYear);
+    EXPECT_EQ(2, local.wMonth);
+    EXPECT_EQ(29, local.wDay);
+    EXPECT_EQ(58, local.wSecond);
+    EXPECT_EQ(4, local.wDayOfWeek);
+    {
+      const TestClock inner(951782400, 250);  // 29 February 2000, 00:00 UTC
+      EXPECT_EQ(951782400, _time64(nullptr));
+      SYSTEMTIME utc{};
+      GetSystemTime(&utc);
+      EXPECT_EQ(2000, utc.wYear);
+      EXPECT_EQ(29, utc.wDay);
+      EXPECT_EQ(250, utc.wMilliseconds);
+      FILETIME file{};
+      GetSystemTimeAsFileTime(&file);
+      EXPECT_EQ(125962560002500000u,
+                (static_cast<std::uint64_t>(file.dwHighDateTime) << 32) | file.dwLowDateTime);
+    }
+    GetLocalTime(&local);
+    EXPECT_EQ(2024, local.wYear);
+  }
+  EXPECT_GE(_time64(nullptr), running);
+}
+
+}  // namespace
+}  // namespace qorgen::platform

@@ -1,0 +1,189 @@
+#include "qorgen/platform/time.h"
+
+#include <cerrno>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+SYSTEMTIME Moment(int year, int month, int day, int hour = 0, int minute = 0, int second = 0,
+                  int millisecond = 0) {
+  SYSTEMTIME time{};
+  time.wYear = static_cast<WORD>(year);
+  time.wMonth = static_cast<WORD>(month);
+  time.wDay = static_cast<WORD>(day);
+  time.wHour = static_cast<WORD>(hour);
+  time.wMinute = static_cast<WORD>(minute);
+  time.wSecond = static_cast<WORD>(second);
+  time.wMilliseconds = static_cast<WORD>(millisecond);
+  return time;
+}
+
+TEST(VariantTime, EveryDayThereAndBack) {
+  static constexpr int kLengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  double expected = -657434;
+  int day_of_week = 5;  // 1 January 100 was a Friday
+  for (int year = 100; year <= 9999; ++year) {
+    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    for (int month = 1; month <= 12; ++month) {
+      const int length = kLengths[month - 1] + (leap && month == 2 ? 1 : 0);
+      for (int day = 1; day <= length; ++day, ++expected, day_of_week = (day_of_week + 1) % 7) {
+        SYSTEMTIME time = Moment(year, month, day);
+        double number = 0.5;
+        SYSTEMTIME back{};
+        // Plain tests: three million assertions of the framework would take seconds.
+        if (SystemTimeToVariantTime(&time, &number) != 1 || number != expected ||
+            VariantTimeToSystemTime(number, &back) != 1 || back.wYear != year || back.wMonth != month ||
+            back.wDay != day || back.wDayOfWeek != day_of_week || back.wHour != 0 || back.wSecond != 0) {
+          FAIL() << year << "/" << month << "/" << day << " gave " << number << " for " << expected;
+        }
+      }
+    }
+  }
+  EXPECT_EQ(2958466, expected);
+}
+
+TEST(VariantTime, EverySecondOfADayOnBothSidesOfZero) {
+  for (const int day : {45356, 0, -1, -400000}) {
+    SYSTEMTIME base{};
+    ASSERT_EQ(1, VariantTimeToSystemTime(day, &base));
+    for (int second = 0; second < 86400; ++second) {
+      SYSTEMTIME time = base;
+      time.wHour = static_cast<WORD>(second / 3600);
+      time.wMinute = static_cast<WORD>(second / 60 % 60);
+      time.wSecond = static_cast<WORD>(second % 60);
+      double number = 0;
+      SYSTEMTIME back{};
+      if (SystemTimeToVariantTime(&time, &number) != 1 || static_cast<int>(number) != day ||
+          VariantTimeToSystemTime(number, &back) != 1 || back.wDay != base.wDay || back.wHour != time.wHour ||
+          back.wMinute != time.wMinute || back.wSecond != time.wSecond) {
+        FAIL() << day << " second " << second << " gave " << number;
+      }
+    }
+  }
+}
+
+TEST(VariantTime, KnownMoments) {
+  const struct {
+    SYSTEMTIME time;
+    double number;
+  } rows[] = {
+      {Moment(1899, 12, 30), 0.0},
+      {Moment(1900, 1, 1), 2.0},
+      {Moment(1900, 1, 1, 12), 2.5},
+      {Moment(1899, 12, 29, 6), -1.25},
+      {Moment(1899, 12, 29), -1.0},
+      {Moment(2000, 2, 29), 36585.0},
+      {Moment(9999, 12, 31, 18), 2958465.75},
+      {Moment(100, 1, 1, 18), -657434.75},
+  };
+  for (const auto& row : rows) {
+    SYSTEMTIME time = row.time;
+    double number = 0;
+    ASSERT_EQ(1, SystemTimeToVariantTime(&time, &number));
+    EXPECT_DOUBLE_EQ(row.number, number);
+    SYSTEMTIME back{};
+    ASSERT_EQ(1, VariantTimeToSystemTime(row.number, &back));
+    EXPECT_EQ(row.time.wYear, back.wYear) << row.number;
+    EXPECT_EQ(row.time.wMonth, back.wMonth) << row.number;
+    EXPECT_EQ(row.time.wDay, back.wDay) << row.number;
+    EXPECT_EQ(row.time.wHour, back.wHour) << row.number;
+  }
+}
+
+TEST(VariantTime, RepairsDaysAndDropsMilliseconds) {
+  const struct {
+    SYSTEMTIME given;
+    SYSTEMTIME same_as;
+  } rows[] = {
+      {Moment(2001, 2, 29), Moment(2001, 3, 1)},
+      {Moment(2001, 2, 31), Moment(2001, 3, 3)},
+      {Moment(2001, 2, 0), Moment(2001, 1, 31)},
+      {Moment(2001, 1, 0), Moment(2000, 12, 31)},
+      {Moment(2024, 11, 31), Moment(2024, 12, 1)},
+      {Moment(29, 3, 5), Moment(2029, 3, 5)},
+      {Moment(0, 3, 5), Moment(2000, 3, 5)},
+      {Moment(30, 3, 5), Moment(1930, 3, 5)},
+      {Moment(99, 3, 5), Moment(1999, 3, 5)},
+      {Moment(2024, 3, 5, 1, 2, 3, 999), Moment(2024, 3, 5, 1, 2, 3)},
+  };
+  for (const auto& row : rows) {
+    SYSTEMTIME given = row.given;
+    SYSTEMTIME same_as = row.same_as;
+    double first = 0;
+    double second = 1;
+    EXPECT_EQ(1, SystemTimeToVariantTime(&given, &first));
+    EXPECT_EQ(1, SystemTimeToVariantTime(&same_as, &second));
+    EXPECT_EQ(second, first) << given.wYear << "/" << given.wMonth << "/" << given.wDay;
+  }
+}
+
+TEST(VariantTime, RefusesWhatIsOutOfRange) {
+  for (SYSTEMTIME time : {Moment(2024, 0, 1), Moment(2024, 13, 1), Moment(2024, 1, 32), Moment(10000, 1, 1),
+                          Moment(2024, 1, 1, 24), Moment(2024, 1, 1, 0, 60), Moment(2024, 1, 1, 0, 0, 60),
+                          Moment(100, 1, 0), Moment(2024, 1, -1)}) {
+    double number = 7;
+    EXPECT_EQ(0, SystemTimeToVariantTime(&time, &number))
+        << time.wYear << "/" << time.wMonth << "/" << time.wDay;
+  }
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (const double number : {-657435.0, -1e300, 2958466.0, 1e300, infinite, -infinite, std::nan("")}) {
+    SYSTEMTIME time{};
+    EXPECT_EQ(0, VariantTimeToSystemTime(number, &time)) << number;
+  }
+}
+
+TEST(VariantTime, RoundsToTheNearestSecond) {
+  const double second = 1.0 / 86400;
+  const struct {
+    double number;
+    int day, hour, minute, second;
+  } rows[] = {
+      {45356 + 0.4 * second, 5, 0, 0, 0},     {45356 + 0.6 * second, 5, 0, 0, 1},
+      {45356 + 59.7 * second, 5, 0, 1, 0},    {45356 + 3599.8 * second, 5, 1, 0, 0},
+      {45356 + 86399.7 * second, 6, 0, 0, 0},
+  };
+  for (const auto& row : rows) {
+    SYSTEMTIME time{};
+    ASSERT_EQ(1, VariantTimeToSystemTime(row.number, &time));
+    EXPECT_EQ(row.day, time.wDay) << row.number;
+    EXPECT_EQ(row.hour, time.wHour) << row.number;
+    EXPECT_EQ(row.minute, time.wMinute) << row.number;
+    EXPECT_EQ(row.second, time.wSecond) << row.number;
+    EXPECT_EQ(0, time.wMilliseconds);
+  }
+}
+
+TEST(Clock, TheClocksAgree) {
+  __time64_t stored = 0;
+  const __time64_t now = _time64(&stored);
+  EXPECT_EQ(now, stored);
+  SYSTEMTIME local{};
+  GetLocalTime(&local);
+  std::tm parts{};
+  ASSERT_EQ(0, _localtime64_s(&parts, &now));
+  // Within the second or so between the calls, also across midnight: compare as variant times.
+  SYSTEMTIME same = Moment(parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min,
+                           parts.tm_sec);
+  double first = 0;
+  double second = 0;
+  ASSERT_EQ(1, SystemTimeToVariantTime(&same, &first));
+  ASSERT_EQ(1, SystemTimeToVariantTime(&local, &second));
+  EXPECT_NEAR(first, second, 10.0 / 86400);
+  FILETIME file{};
+  GetSystemTimeAsFileTime(&file);
+  const std::uint64_t ticks = (static_cast<std::uint64_t>(file.dwHighDateTime) << 32) | file.dwLowDateTime;
+  EXPECT_NEAR(static_cast<double>(now), static_cast<double>(ticks / 10000000 - 11644473600u), 10);
+}
+
+TEST(Clock, LocalTimeRefusesTimesBefore1970AndAfter3000) {
+  for (const __time64_t time : {static_cast<__time64_t>(-1), static_cast<__time64_t>(40000000000)}) {
+    std::tm parts{};
+    EXPECT_EQ(EINVAL, _localtime64_s(&parts, &time));
+    EXPECT_EQ(-1, parts.tm_year);
+    EXPECT_EQ(-1, parts.tm_mday);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,111 @@
+#include <cmath>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+#include "qorgen/numeric/num_util.h"
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+double Rounded(double value, int place, int mode) {
+  CQorNumUtil::Round(value, place, mode);
+  return value;
+}
+
+TEST(Round, follows_the_decimal_text) {
+  struct {
+    double value;
+    int place, mode;
+    double expected;
+  } const rows[] = {
+      {1.005, -2, 3, 1.01},
+      {1.00000000000001, 0, 2, 1},
+      {1.000001, 0, 2, 2},
+      {2.9999999999999996, 0, 1, 3},
+      {2.9999, 0, 1, 2},
+      {-2.5, 0, 3, -3},
+      {-2.5, 0, 2, -3},
+      {-2.5, 0, 0, -2},
+      {-2.4, 0, 3, -2},
+      {1234, 2, 3, 1200},
+      {1250, 2, 3, 1300},
+      {1201, 2, 2, 1300},
+      {1299, 2, 7, 1200},
+      {0, -2, 2, 0},
+      {0.5, 0, 3, 1},
+      {0.49, 0, 3, 0},
+      {123456.785, -2, 3, 123456.79},
+      {1e-20, 0, 2, 0},  // below the tolerance
+      {0.01, 0, 2, 1},
+      {1e300, -10, 3, 1e300},
+      {1.5, -400, 3, 1.5},
+      {5e300, 308, 1, 0},
+  };
+  for (const auto& row : rows) {
+    EXPECT_DOUBLE_EQ(row.expected, Rounded(row.value, row.place, row.mode))
+        << row.value << " at " << row.place << " mode " << row.mode;
+  }
+}
+
+TEST(Round, never_gives_a_negative_zero) {
+  EXPECT_FALSE(std::signbit(Rounded(-0.4, 0, 3)));
+  EXPECT_FALSE(std::signbit(Rounded(-0.0, 0, 3)));
+  EXPECT_FALSE(std::signbit(Rounded(-0.001, -2, 1)));
+}
+
+TEST(Round, survives_every_place_and_value) {
+  const double values[] = {0, 1, -1, 0.1, 1e308, -1e308, 5e-324, kInfinity, -kInfinity};
+  const int places[] = {std::numeric_limits<int>::min(), -309, -308, -16, 0, 16, 308, 309,
+                        std::numeric_limits<int>::max()};
+  for (double value : values) {
+    for (int place : places) {
+      for (int mode : {0, 2, 3})
+        EXPECT_FALSE(std::isnan(Rounded(value, place, mode))) << value << ' ' << place;
+    }
+  }
+  EXPECT_TRUE(std::isnan(Rounded(std::nan(""), -2, 3)));
+}
+
+// Half-up rounding of amounts with a known decimal text agrees with rounding that text by hand.
+TEST(Round, agrees_with_decimal_arithmetic_on_amounts) {
+  std::mt19937 random(4711);
+  for (int i = 0; i < 20000; ++i) {
+    const int thousandths = static_cast<int>(random() % 2000000000) - 1000000000;
+    const int magnitude = std::abs(thousandths);
+    const int sign = thousandths < 0 ? -1 : 1;
+    const double value = thousandths / 1000.0;
+    EXPECT_NEAR(sign * ((magnitude + 5) / 10) / 100.0, Rounded(value, -2, 3), 1e-9) << value;
+    EXPECT_NEAR(sign * ((magnitude + 9) / 10) / 100.0, Rounded(value, -2, 2), 1e-9) << value;
+    EXPECT_NEAR(sign * (magnitude / 10) / 100.0, Rounded(value, -2, 1), 1e-9) << value;
+  }
+}
+
+TEST(Ratio, keeps_null_apart_from_zero) {
+  EXPECT_NE(0, CQorNumUtil::Ratio(1, 0, 0, 3).IsNull());
+  const CQorStateDouble zero = CQorNumUtil::Ratio(0, 5, 0, 3);
+  EXPECT_EQ(0, zero.IsNull());
+  EXPECT_EQ(0, zero.value);
+  EXPECT_DOUBLE_EQ(33.3, CQorNumUtil::Ratio(1, 3, -1, 3).value);
+  EXPECT_DOUBLE_EQ(-67, CQorNumUtil::Ratio(-2, 3, 0, 2).value);
+}
+
+TEST(ScaledInteger, rounds_and_clamps) {
+  EXPECT_EQ(12346, CQorNumUtil::DoubleToLong(123.456, -2, 3));
+  EXPECT_EQ(12345, CQorNumUtil::DoubleToLong(123.456, -2, 1));
+  EXPECT_EQ(-124, CQorNumUtil::DoubleToLong(-123.456, 0, 2));
+  EXPECT_EQ(13, CQorNumUtil::DoubleToLong(1250, 2, 3));
+  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(-0.4, 0, 3));
+  EXPECT_EQ(2147483647, CQorNumUtil::DoubleToLong(1e300, 0, 3));
+  EXPECT_EQ(-2147483647 - 1, CQorNumUtil::DoubleToLong(-kInfinity, 0, 3));
+  EXPECT_EQ(2147483647, CQorNumUtil::DoubleToLong(1, -2147483647L - 1, 3));
+  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(1e300, 2147483647L, 1));
+  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(std::nan(""), 0, 3));
+  EXPECT_DOUBLE_EQ(123.45, CQorNumUtil::LongToDouble(12345, -2));
+  EXPECT_DOUBLE_EQ(-1200, CQorNumUtil::LongToDouble(-12, 2));
+  EXPECT_EQ(0, CQorNumUtil::LongToDouble(0, 2147483647L));
+}
+
+}  // namespace

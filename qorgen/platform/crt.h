@@ -2,23 +2,200 @@
 
 // The wide half of the C runtime and its text streams, under their published names.
 //
-// On Windows these are the runtime's own. On Linux the C library's wide functions assume 32-bit units, so the names
-// below are routed to this library's implementations by macros; include this header in sources, never in public
-// headers. (The macros follow the standard headers on purpose: <cwchar> undefines the names it declares.)
+// For sources only: never include it from a public header. On Windows these are the runtime's own functions.
+// On Linux the C library's wide functions assume 32-bit units, so every name that the C library declares too
+// is routed to this library's implementation by a macro. (The macros follow the standard headers on purpose:
+// <cwchar> undefines the names that it declares.) Nothing here consults or changes the C library's own
+// locale. All functions may be called from any thread; one stream is used by one thread at a time.
 
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <cwchar>
+#include <cwctype>
 #include <string>
 
 #include "qorgen/platform/types.h"
 
 #if defined(_WIN32)
+#include <io.h>
 #include <mbctype.h>
 #include <mbstring.h>
 #include <wchar.h>
 #else
+
+#define _MAX_PATH 260
+#define _MAX_DRIVE 3
+#define _MAX_DIR 256
+#define _MAX_FNAME 256
+#define _MAX_EXT 256
+
+// ---- text in memory
+// ------------------------------------------------------------------------------------------- As the C
+// standard describes them, for UTF-16 units. Case is the one-to-one case of Unicode for the pairs that lead
+// there and back, on every host and in every locale; classes are those of Unicode.
+
+size_t qorgen_wcslen(const wchar_t* text);
+size_t qorgen_wcsnlen(const wchar_t* text, size_t limit);
+wchar_t* qorgen_wcscpy(wchar_t* destination, const wchar_t* source);
+wchar_t* qorgen_wcsncpy(wchar_t* destination, const wchar_t* source, size_t count);
+wchar_t* qorgen_wcscat(wchar_t* destination, const wchar_t* source);
+wchar_t* qorgen_wcsncat(wchar_t* destination, const wchar_t* source, size_t count);
+int qorgen_wcscmp(const wchar_t* left, const wchar_t* right);
+int qorgen_wcsncmp(const wchar_t* left, const wchar_t* right, size_t count);
+const wchar_t* qorgen_wcschr(const wchar_t* text, wchar_t unit);
+wchar_t* qorgen_wcschr(wchar_t* text, wchar_t unit);
+const wchar_t* qorgen_wcsrchr(const wchar_t* text, wchar_t unit);
+wchar_t* qorgen_wcsrchr(wchar_t* text, wchar_t unit);
+const wchar_t* qorgen_wcsstr(const wchar_t* text, const wchar_t* part);
+wchar_t* qorgen_wcsstr(wchar_t* text, const wchar_t* part);
+const wchar_t* qorgen_wcspbrk(const wchar_t* text, const wchar_t* set);
+wchar_t* qorgen_wcspbrk(wchar_t* text, const wchar_t* set);
+size_t qorgen_wcsspn(const wchar_t* text, const wchar_t* set);
+size_t qorgen_wcscspn(const wchar_t* text, const wchar_t* set);
+wchar_t* qorgen_wmemcpy(wchar_t* destination, const wchar_t* source, size_t count);
+wchar_t* qorgen_wmemmove(wchar_t* destination, const wchar_t* source, size_t count);
+wchar_t* qorgen_wmemset(wchar_t* destination, wchar_t unit, size_t count);
+int qorgen_wmemcmp(const wchar_t* left, const wchar_t* right, size_t count);
+const wchar_t* qorgen_wmemchr(const wchar_t* text, wchar_t unit, size_t count);
+wchar_t* qorgen_wmemchr(wchar_t* text, wchar_t unit, size_t count);
+
+wint_t qorgen_towupper(wint_t unit);
+wint_t qorgen_towlower(wint_t unit);
+// The platform's white space: U+0009 to U+000D, the spaces of Unicode (U+3000 and U+00A0 among them) and
+// U+0085.
+int qorgen_iswspace(wint_t unit);
+// Decimal digits of every script, full width ones too.
+int qorgen_iswdigit(wint_t unit);
+int qorgen_iswalpha(wint_t unit);
+int qorgen_iswalnum(wint_t unit);
+int qorgen_iswupper(wint_t unit);
+int qorgen_iswlower(wint_t unit);
+int qorgen_iswpunct(wint_t unit);
+int qorgen_iswcntrl(wint_t unit);
+int qorgen_iswprint(wint_t unit);
+int qorgen_iswxdigit(wint_t unit);
+
+int _wcsicmp(const wchar_t* left, const wchar_t* right);
+int _wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count);
+wchar_t* _wcsupr(wchar_t* text);
+wchar_t* _wcslwr(wchar_t* text);
+// Reverses units; a surrogate pair comes apart, as it does on the platform.
+wchar_t* _wcsrev(wchar_t* text);
+// Copies at most `capacity` - 1 units and terminates. Null for a null pointer; nothing is written for a
+// capacity of 0 or less.
+wchar_t* lstrcpynW(wchar_t* destination, const wchar_t* source, int capacity);
+// -1, 0 or 1 by the order of the lower-case units. The platform sorts by the user's locale; only equality is
+// the same.
+int lstrcmpiW(const wchar_t* left, const wchar_t* right);
+
+// ---- numbers
+// -------------------------------------------------------------------------------------------------- `long`
+// results carry a 32-bit quantity: wcstol, _wtol and _wtoi stop at the bounds of 32 bits with errno ERANGE,
+// wcstoul at 0xFFFFFFFF; a minus sign before wcstoul negates in 32 bits. Decimal digits of other scripts
+// count as digits, full width ones too, in the integer functions. The decimal point is "." in every locale.
+
+long qorgen_wcstol(const wchar_t* text, wchar_t** end, int base);
+unsigned long qorgen_wcstoul(const wchar_t* text, wchar_t** end, int base);
+long long qorgen_wcstoll(const wchar_t* text, wchar_t** end, int base);
+unsigned long long qorgen_wcstoull(const wchar_t* text, wchar_t** end, int base);
+double qorgen_wcstod(const wchar_t* text, wchar_t** end);
+int _wtoi(const wchar_t* text);
+long _wtol(const wchar_t* text);
+long long _wtoi64(const wchar_t* text);
+double _wtof(const wchar_t* text);
+// Digits in `radix` 2 to 36, lower case, a minus sign only with radix 10. A wrong radix gives an empty text
+// and errno EINVAL. The `long` forms use the low 32 bits.
+wchar_t* _itow(int value, wchar_t* buffer, int radix);
+wchar_t* _ltow(long value, wchar_t* buffer, int radix);
+wchar_t* _ultow(unsigned long value, wchar_t* buffer, int radix);
+wchar_t* _i64tow(long long value, wchar_t* buffer, int radix);
+wchar_t* _ui64tow(unsigned long long value, wchar_t* buffer, int radix);
+
+// ---- formatting
+// ----------------------------------------------------------------------------------------------- The
+// platform's wide rules: %s, %ls, %ws and %c are wide; %S, %hs, %C and %hc are narrow, in the ANSI code page;
+// the size prefixes h hh l ll j z t I I32 I64 w L; %n isn't supported. On Linux %ld reads the 64 bits that a
+// `long` has there. A null text prints as "(null)".
+
+// The number of units written, without the terminator; -1 when the text doesn't fit, which leaves a cut and
+// terminated text, or when the format is wrong, which leaves an empty one.
+int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
+int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
+// The same, but a text of exactly `capacity` units is written without terminator and a longer one is cut
+// there with the result -1. A null buffer with capacity 0 gives the length.
+int _snwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
+int _vsnwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
+// The length of the formatted text, without the terminator; -1 for a wrong format.
+int _scwprintf(const wchar_t* format, ...);
+int _vscwprintf(const wchar_t* format, va_list arguments);
+
+// Formats a broken-down time; 0 when the text with its terminator doesn't fit, or with errno EINVAL for an
+// unknown letter or a field out of range. Letters: a A b B c C d D e F g G h H I j m M n p r R S t T u U V w
+// W x X y Y z Z %; the flag # drops leading zeros and makes %c and %x long. Names are English until
+// _wsetlocale has chosen Japanese.
+size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, const struct tm* time);
+
+// ---- code page 932
+// -------------------------------------------------------------------------------------------- 0 for any
+// value above 255.
+int _ismbblead(unsigned int byte);
+int _ismbbtrail(unsigned int byte);
+int _ismbbprint(unsigned int byte);
+
+// ---- paths
+// ---------------------------------------------------------------------------------------------------- Cuts a
+// path into drive ("C:"), folder (up to and with the last separator of either kind), name, and extension
+// (from the last dot of the name on). Any result pointer may be null. A share's leading "\\" stays in the
+// folder. When a part is too long for its buffer (_MAX_DRIVE, _MAX_DIR, _MAX_FNAME, _MAX_EXT) all results are
+// empty and errno is ERANGE.
+void _wsplitpath(const wchar_t* path, wchar_t* drive, wchar_t* folder, wchar_t* name, wchar_t* extension);
+// Joins the parts into `path` of _MAX_PATH units; a missing colon, trailing separator ("\") or dot is added,
+// null and empty parts are left out. A path that is too long comes out empty with errno ERANGE.
+void _wmakepath(wchar_t* path, const wchar_t* drive, const wchar_t* folder, const wchar_t* name,
+                const wchar_t* extension);
+
+#define wcslen qorgen_wcslen
+#define wcsnlen qorgen_wcsnlen
+#define wcscpy qorgen_wcscpy
+#define wcsncpy qorgen_wcsncpy
+#define wcscat qorgen_wcscat
+#define wcsncat qorgen_wcsncat
+#define wcscmp qorgen_wcscmp
+#define wcsncmp qorgen_wcsncmp
+#define wcschr qorgen_wcschr
+#define wcsrchr qorgen_wcsrchr
+#define wcsstr qorgen_wcsstr
+#define wcspbrk qorgen_wcspbrk
+#define wcsspn qorgen_wcsspn
+#define wcscspn qorgen_wcscspn
+#define wmemcpy qorgen_wmemcpy
+#define wmemmove qorgen_wmemmove
+#define wmemset qorgen_wmemset
+#define wmemcmp qorgen_wmemcmp
+#define wmemchr qorgen_wmemchr
+#define towupper qorgen_towupper
+#define towlower qorgen_towlower
+#define iswspace qorgen_iswspace
+#define iswdigit qorgen_iswdigit
+#define iswalpha qorgen_iswalpha
+#define iswalnum qorgen_iswalnum
+#define iswupper qorgen_iswupper
+#define iswlower qorgen_iswlower
+#define iswpunct qorgen_iswpunct
+#define iswcntrl qorgen_iswcntrl
+#define iswprint qorgen_iswprint
+#define iswxdigit qorgen_iswxdigit
+#define wcstol qorgen_wcstol
+#define wcstoul qorgen_wcstoul
+#define wcstoll qorgen_wcstoll
+#define wcstoull qorgen_wcstoull
+#define wcstod qorgen_wcstod
+#define swprintf qorgen_swprintf
+#define vswprintf qorgen_vswprintf
+#define wcsftime qorgen_wcsftime
+
 #endif

@@ -1,0 +1,73 @@
+#pragma once
+
+// The two codecs behind codepage.h and the text streams: code page 932 and UTF-8, to and from UTF-16. All
+// functions are pure but for the tables of 932, which are built once under the language's own guard and are
+// constant from then on. Lengths are exact: no terminator is looked for or written.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace qorgen::platform {
+
+// How far a conversion came. It ends early only where the next character doesn't fit.
+struct Progress {
+  std::size_t read = 0;
+  std::size_t written = 0;
+};
+
+// ---- code page 932 ----
+
+constexpr bool IsLead932(unsigned char byte) {
+  return static_cast<unsigned char>((byte ^ 0x20) - 0xA1) < 0x3C;
+}
+constexpr bool IsTrail932(unsigned char byte) {
+  return byte >= 0x40 && byte <= 0xFC && byte != 0x7F;
+}
+
+// What the platform gives for a pair without a character.
+inline constexpr wchar_t kUnassigned932 = 0x30FB;
+
+struct Tables932 {
+  // By pair, the lead byte in the low half: the trail bytes then walk over whole cache lines of used leads.
+  std::array<wchar_t, 0x10000> pair;
+  std::array<wchar_t, 0x100> single;
+  // By unit: one byte in the low half or two, lead byte high; 0 where there is none. Best fits included.
+  std::array<std::uint16_t, 0x10000> code;
+};
+
+const Tables932& GetTables932();
+
+inline wchar_t DecodePair932(const Tables932& tables, unsigned char lead, unsigned char trail) {
+  return tables.pair[static_cast<std::size_t>(lead | trail << 8)];
+}
+
+Progress Decode932(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity);
+// The units that the bytes decode to.
+std::size_t Count932(const unsigned char* source, std::size_t bytes);
+bool IsValid932(const unsigned char* source, std::size_t bytes);
+
+struct Encoding932 {
+  bool bestFit = true;
+  std::uint16_t replacement = '?';  // a byte, or two with the lead byte high
+  bool replaced = false;            // set when the replacement was used
+};
+
+// With a null destination only counts.
+Progress Encode932(const wchar_t* text, std::size_t units, char* destination, std::size_t capacity,
+                   Encoding932& encoding);
+
+// ---- UTF-8 ----
+
+// With a null text only counts. Invalid bytes give U+FFFD by longest prefix and set `invalid`.
+Progress DecodeUtf8(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity,
+                    bool& invalid);
+
+// With a null destination only counts. A lone surrogate gives U+FFFD and sets `invalid`.
+Progress EncodeUtf8(const wchar_t* text, std::size_t units, char* destination, std::size_t capacity,
+                    bool& invalid);
+
+// The bytes at the end of `source` that begin a character which needs more bytes than are there: 0 to 3.
+std::size_t IncompleteTailUtf8(const unsigned char* source, std::size_t bytes);
+
+}  // namespace qorgen::platform

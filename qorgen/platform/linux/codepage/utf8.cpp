@@ -1,0 +1,194 @@
+// UTF-8. Invalid input becomes U+FFFD by the longest prefix that could begin a character, as the Unicode
+// standard recommends and the platform does.
+
+#include "qorgen/platform/linux/codepage/codec.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+namespace qorgen::platform {
+namespace {
+
+constexpr wchar_t kReplacement = 0xFFFD;
+
+constexpr bool IsContinuation(unsigned char byte) {
+  return (byte & 0xC0) == 0x80;
+}
+constexpr bool IsHighSurrogate(wchar_t unit) {
+  return (unit & 0xFC00) == 0xD800;
+}
+constexpr bool IsLowSurrogate(wchar_t unit) {
+  return (unit & 0xFC00) == 0xDC00;
+}
+
+// The bytes of a character that begins with `lead`; 0 if none does.
+constexpr unsigned Length(unsigned char lead) {
+  if (lead < 0x80) return 1;
+  if (lead < 0xC2 || lead > 0xF4) return 0;
+  return lead < 0xE0 ? 2 : (lead < 0xF0 ? 3 : 4);
+}
+
+// The second byte has narrower bounds after four leads: no overlong forms, no surrogates, nothing above
+// U+10FFFF.
+constexpr bool MayFollow(unsigned char lead, unsigned char second) {
+  if (lead == 0xE0) return second >= 0xA0 && second <= 0xBF;
+  if (lead == 0xED) return second >= 0x80 && second <= 0x9F;
+  if (lead == 0xF0) return second >= 0x90 && second <= 0xBF;
+  if (lead == 0xF4) return second >= 0x80 && second <= 0x8F;
+  return IsContinuation(second);
+}
+
+// The bytes at `at` that belong together (1 to 4), and whether they are a whole character.
+struct Sequence {
+  unsigned size;
+  bool whole;
+};
+
+Sequence Measure(const unsigned char* at, std::size_t left) {
+  const unsigned length = Length(*at);
+  if (length <= 1) return {1, length == 1};
+  unsigned size = 1;
+  while (size < length && size < left && (size == 1 ? MayFollow(at[0], at[1]) : IsContinuation(at[size])))
+    ++size;
+  return {size, size == length};
+}
+
+char32_t Value(const unsigned char* at, unsigned size) {
+  if (size == 2) return (at[0] & 0x1Fu) << 6 | (at[1] & 0x3Fu);
+  if (size == 3) return (at[0] & 0xFu) << 12 | (at[1] & 0x3Fu) << 6 | (at[2] & 0x3Fu);
+  return (at[0] & 0x7u) << 18 | (at[1] & 0x3Fu) << 12 | (at[2] & 0x3Fu) << 6 | (at[3] & 0x3Fu);
+}
+
+template <bool kStore>
+Progress Decode(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity,
+                bool& invalid) {
+  Progress total;
+  while (total.read < bytes) {
+    const unsigned char* at = source + total.read;
+    const std::size_t left = bytes - total.read;
+#if defined(__SSE2__)
+    if (left >= 16 && (!kStore || capacity - total.written >= 16)) {
+      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+      const auto high = static_cast<unsigned>(_mm_movemask_epi8(block));
+      if (high == 0 || (high & 1) == 0) {
+        if constexpr (kStore) {
+          const __m128i zero = _mm_setzero_si128();
+          _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written), _mm_unpacklo_epi8(block, zero));
+          _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written + 8),
+                           _mm_unpackhi_epi8(block, zero));
+        }
+        const unsigned count = high == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(high));
+        total.read += count;
+        total.written += count;
+        continue;
+      }
+    }
+#endif
+    // Three bytes that can only be kana, ideographs and their like: the bulk of Japanese text.
+    if (left >= 3 && at[0] >= 0xE1 && at[0] <= 0xEC && IsContinuation(at[1]) && IsContinuation(at[2])) {
+      if constexpr (kStore) {
+        if (total.written == capacity) break;
+        text[total.written] = static_cast<wchar_t>(Value(at, 3));
+      }
+      total.read += 3;
+      ++total.written;
+      continue;
+    }
+    const Sequence sequence = Measure(at, left);
+    const std::size_t units = sequence.whole && sequence.size == 4 ? 2 : 1;
+    if constexpr (kStore) {
+      if (capacity - total.written < units) break;
+      wchar_t* out = text + total.written;
+      if (!sequence.whole) {
+        *out = kReplacement;
+      } else if (sequence.size == 1) {
+        *out = *at;
+      } else if (sequence.size == 4) {
+        const char32_t offset = Value(at, 4) - 0x10000;
+        out[0] = static_cast<wchar_t>(0xD800 + (offset >> 10));
+        out[1] = static_cast<wchar_t>(0xDC00 + (offset & 0x3FF));
+      } else {
+        *out = static_cast<wchar_t>(Value(at, sequence.size));
+      }
+    }
+    invalid |= !sequence.whole;
+    total.read += sequence.size;
+    total.written += units;
+  }
+  return total;
+}
+
+template <bool kStore>
+Progress Encode(const wchar_t* text, std::size_t units, char* destination, std::size_t capacity,
+                bool& invalid) {
+  Progress total;
+  while (total.read < units) {
+#if defined(__SSE2__)
+    if (units - total.read >= 8 && (!kStore || capacity - total.written >= 8)) {
+      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + total.read));
+      const __m128i high = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xFF80)));
+      if (_mm_movemask_epi8(_mm_cmpeq_epi16(high, _mm_setzero_si128())) == 0xFFFF) {
+        if constexpr (kStore) {
+          _mm_storel_epi64(reinterpret_cast<__m128i*>(destination + total.written),
+                           _mm_packus_epi16(block, block));
+        }
+        total.read += 8;
+        total.written += 8;
+        continue;
+      }
+    }
+#endif
+    char32_t value = text[total.read];
+    std::size_t used = 1;
+    if (IsHighSurrogate(text[total.read]) && total.read + 1 < units && IsLowSurrogate(text[total.read + 1])) {
+      value = 0x10000 + ((value - 0xD800) << 10) + (text[total.read + 1] - 0xDC00u);
+      used = 2;
+    } else if (value >= 0xD800 && value <= 0xDFFF) {
+      value = kReplacement;
+      invalid = true;
+    }
+    const std::size_t size = value < 0x80 ? 1 : (value < 0x800 ? 2 : (value < 0x10000 ? 3 : 4));
+    if constexpr (kStore) {
+      if (capacity - total.written < size) break;
+      char* out = destination + total.written;
+      if (size == 1) {
+        out[0] = static_cast<char>(value);
+      } else {
+        // The lead's marker bits are as many ones as the character has bytes.
+        for (std::size_t i = size - 1; i != 0; --i, value >>= 6)
+          out[i] = static_cast<char>(0x80 | (value & 0x3F));
+        out[0] = static_cast<char>((0xF00 >> size & 0xFF) | value);
+      }
+    }
+    total.read += used;
+    total.written += size;
+  }
+  return total;
+}
+
+}  // namespace
+
+Progress DecodeUtf8(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity,
+                    bool& invalid) {
+  return text == nullptr ? Decode<false>(source, bytes, text, capacity, invalid)
+                         : Decode<true>(source, bytes, text, capacity, invalid);
+}
+
+Progress EncodeUtf8(const wchar_t* text, std::size_t units, char* destination, std::size_t capacity,
+                    bool& invalid) {
+  return destination == nullptr ? Encode<false>(text, units, destination, capacity, invalid)
+                                : Encode<true>(text, units, destination, capacity, invalid);
+}
+
+std::size_t IncompleteTailUtf8(const unsigned char* source, std::size_t bytes) {
+  for (std::size_t back = 1; back <= 3 && back <= bytes; ++back) {
+    const unsigned char* at = source + bytes - back;
+    if (IsContinuation(*at)) continue;
+    const Sequence sequence = Measure(at, back);
+    return !sequence.whole && sequence.size == back && Length(*at) > back ? back : 0;
+  }
+  return 0;
+}
+
+}  // namespace qorgen::platform

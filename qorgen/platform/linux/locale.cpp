@@ -95,9 +95,7 @@ const wchar_t* Combined() {
   static std::mutex mutex;
   static std::set<std::vector<wchar_t>> names;
   std::vector<wchar_t> name;
-  const auto append = [&name](const wchar_t* text) {
-    name.insert(name.end(), text, text + wcslen(text));
-  };
+  const auto append = [&name](const wchar_t* text) { name.insert(name.end(), text, text + wcslen(text)); };
   for (size_t i = 0; i < kCount; ++i) {
     if (i != 0) append(L";");
     append(kCategories[i].name);

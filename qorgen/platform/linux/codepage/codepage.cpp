@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "qorgen/platform/crt.h"
+#include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/codepage/codec.h"
 
 using qorgen::platform::DecodeUtf8;
@@ -15,9 +16,6 @@ using qorgen::platform::Progress;
 
 namespace {
 
-constexpr DWORD kInvalidParameter = 87;
-constexpr DWORD kInsufficientBuffer = 122;
-constexpr DWORD kInvalidFlags = 1004;
 constexpr DWORD kNoUnicodeTranslation = 1113;
 
 // Composition flags of single-byte code pages, which change nothing in 932.
@@ -25,7 +23,7 @@ constexpr DWORD kHarmlessDecodeFlags = MB_PRECOMPOSED | 0x2 /* MB_COMPOSITE */ |
 constexpr DWORD kHarmlessEncodeFlags = 0x200 /* WC_COMPOSITECHECK */ | 0x10 | 0x20 | 0x40;
 
 int Fail(DWORD error) {
-  static_cast<void>(error);
+  SetLastError(error);
   return 0;
 }
 
@@ -35,8 +33,8 @@ bool Is932(UINT codePage) {
 
 // The result of a conversion of `length` characters that came to `progress`.
 int Finish(const Progress& progress, size_t length) {
-  if (progress.read < length) return Fail(kInsufficientBuffer);
-  if (progress.written > INT_MAX) return Fail(kInvalidParameter);
+  if (progress.read < length) return Fail(ERROR_INSUFFICIENT_BUFFER);
+  if (progress.written > INT_MAX) return Fail(ERROR_INVALID_PARAMETER);
   return static_cast<int>(progress.written);
 }
 
@@ -45,11 +43,12 @@ int Finish(const Progress& progress, size_t length) {
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* source, int bytes, wchar_t* text, int units) {
   if (source == nullptr || bytes == 0 || units < 0 || (units != 0 && text == nullptr) ||
       static_cast<const void*>(source) == static_cast<const void*>(text)) {
-    return Fail(kInvalidParameter);
+    return Fail(ERROR_INVALID_PARAMETER);
   }
   const bool is932 = Is932(codePage);
-  if (!is932 && codePage != CP_UTF8) return Fail(kInvalidParameter);
-  if ((flags & ~(MB_ERR_INVALID_CHARS | (is932 ? kHarmlessDecodeFlags : 0))) != 0) return Fail(kInvalidFlags);
+  if (!is932 && codePage != CP_UTF8) return Fail(ERROR_INVALID_PARAMETER);
+  if ((flags & ~(MB_ERR_INVALID_CHARS | (is932 ? kHarmlessDecodeFlags : 0))) != 0)
+    return Fail(ERROR_INVALID_FLAGS);
   const size_t length = bytes < 0 ? std::strlen(source) + 1 : static_cast<size_t>(bytes);
   const auto* data = reinterpret_cast<const unsigned char*>(source);
   const auto capacity = static_cast<size_t>(units);
@@ -69,14 +68,14 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int uni
                         int bytes, const char* defaultChar, BOOL* usedDefaultChar) {
   if (text == nullptr || units == 0 || bytes < 0 || (bytes != 0 && destination == nullptr) ||
       static_cast<const void*>(text) == static_cast<const void*>(destination)) {
-    return Fail(kInvalidParameter);
+    return Fail(ERROR_INVALID_PARAMETER);
   }
   const bool is932 = Is932(codePage);
   if (!is932 && (codePage != CP_UTF8 || defaultChar != nullptr || usedDefaultChar != nullptr)) {
-    return Fail(kInvalidParameter);
+    return Fail(ERROR_INVALID_PARAMETER);
   }
   const DWORD known = is932 ? WC_NO_BEST_FIT_CHARS | kHarmlessEncodeFlags : WC_ERR_INVALID_CHARS;
-  if ((flags & ~known) != 0) return Fail(kInvalidFlags);
+  if ((flags & ~known) != 0) return Fail(ERROR_INVALID_FLAGS);
   const size_t length = units < 0 ? wcslen(text) + 1 : static_cast<size_t>(units);
   const auto capacity = static_cast<size_t>(bytes);
   char* target = bytes == 0 ? nullptr : destination;

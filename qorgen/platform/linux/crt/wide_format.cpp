@@ -378,10 +378,9 @@ class Formatter {
         limit == SIZE_MAX ? std::strlen(text) : strnlen(text, limit > SIZE_MAX / 2 ? limit : 2 * limit);
     if (bytes > INT_MAX) return;
     std::vector<wchar_t> wide(bytes);
-    const int units =
-        bytes == 0 ? 0
-                   : MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(bytes),
-                                         wide.data(), static_cast<int>(bytes));
+    const int units = bytes == 0 ? 0
+                                 : MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(bytes), wide.data(),
+                                                       static_cast<int>(bytes));
     WritePadded(conversion, wide.data(), std::min(static_cast<size_t>(units), limit));
   }
 

@@ -219,6 +219,11 @@ std::string HostFolder(std::string_view host) {
   return std::string(host.substr(0, slash == 0 ? 1 : slash));
 }
 
+std::string WithoutSeparators(std::string host) {
+  while (host.size() > 1 && host.back() == '/') host.pop_back();
+  return host;
+}
+
 bool IsCreatable(std::string_view host) {
   for (const char c : HostLeaf(host)) {
     if (static_cast<std::uint8_t>(c) < 0x20 || std::strchr("<>:\"|?*", c) != nullptr) return false;

@@ -45,6 +45,9 @@ namespace qorgen::platform {
 [[nodiscard]] std::string HostFolder(std::string_view host);
 [[nodiscard]] std::string HostLeaf(std::string_view host);
 
+// The same path without separators at its end; the root stays.
+[[nodiscard]] std::string WithoutSeparators(std::string host);
+
 // The usual contract of calls that fill a caller's buffer of `capacity` characters: when the text fits with
 // its terminator it is copied and its length returned; else nothing is written and the needed capacity is
 // returned.

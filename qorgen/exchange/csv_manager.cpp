@@ -1,0 +1,223 @@
+#include "qorgen/exchange/csv_manager.h"
+
+#include <stdexcept>
+
+#include "qorgen/exchange/internal/line_scan.h"
+#include "qorgen/exchange/internal/text_reuse.h"
+#include "qorgen/exchange/internal/white_space.h"
+
+namespace {
+
+using qorgen::exchange::FindAnyUnit;
+using qorgen::exchange::FindUnit;
+using qorgen::exchange::IsSpace;
+using qorgen::exchange::UnitSet;
+
+static_assert(qorgen::exchange::FieldList::kPadding >= 8, "the scanner looks at eight units at a time");
+
+struct DelimiterFlag {
+  unsigned int flag;
+  wchar_t character;
+};
+
+constexpr DelimiterFlag kDelimiters[] = {
+    {CSVMGR_DELIM_TAB, L'\t'},  {CSVMGR_DELIM_SEMICOLON, L';'}, {CSVMGR_DELIM_COMMA, L','},
+    {CSVMGR_DELIM_SPACE, L' '}, {CSVMGR_DELIM_PERIOD, L'.'},    {CSVMGR_DELIM_SLASH, L'/'},
+};
+
+// The delimiter of a written line, indexed by the delimiter type: that of the highest flag.
+constexpr wchar_t kWrittenDelimiters[32] = {
+    0,   '\t', ';', ';', ',', ',', ',', ',', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ',
+    '.', '.',  '.', '.', '.', '.', '.', '.', '.', '.', '.', '.', '.', '.', '.', '.',
+};
+static_assert(kWrittenDelimiters[CSVMGR_DELIM_PERIOD | CSVMGR_DELIM_TAB] == '.' &&
+              kWrittenDelimiters[5] == ',');
+
+// 0 stands for no quote and no delimiter: neither can be U+0000, which ends a line.
+wchar_t QuoteCharacter(CSVMGR_QUOTES quotes) {
+  switch (quotes) {
+    case CSVMGR_QUOTES_DOUBLE:
+      return L'"';
+    case CSVMGR_QUOTES_SINGLE:
+      return L'\'';
+    default:
+      return 0;
+  }
+}
+
+wchar_t WrittenDelimiter(unsigned int delimiter_type) {
+  return delimiter_type < 32 ? kWrittenDelimiters[delimiter_type] : L'\0';
+}
+
+UnitSet DelimiterSet(unsigned int delimiter_type) {
+  UnitSet set;
+  for (const DelimiterFlag& row : kDelimiters) {
+    if ((delimiter_type & row.flag) != 0) set.Add(row.character);
+  }
+  return set;
+}
+
+// Makes each pair of quotes in [text, end) one quote, from the left, in place; returns the new end.
+wchar_t* FoldPairs(wchar_t* text, const wchar_t* end, wchar_t quote) {
+  wchar_t* out = text;
+  for (const wchar_t* in = text; in != end; ++in) {
+    *out++ = *in;
+    if (*in == quote && in + 1 != end && in[1] == quote) ++in;
+  }
+  return out;
+}
+
+void AppendQuoted(CString& line, const wchar_t* text, std::size_t length, wchar_t quote) {
+  const wchar_t* const end = text + length;
+  line.AppendChar(quote);
+  while (text != end) {
+    const wchar_t* stop = text;
+    while (stop != end && *stop != quote) ++stop;
+    if (stop != end) ++stop;
+    line.Append(text, static_cast<int>(stop - text));
+    if (stop[-1] == quote) line.AppendChar(quote);
+    text = stop;
+  }
+  line.AppendChar(quote);
+}
+
+}  // namespace
+
+CQorCSVManager::CQorCSVManager() = default;
+CQorCSVManager::CQorCSVManager(const CQorCSVManager& other) = default;
+CQorCSVManager& CQorCSVManager::operator=(const CQorCSVManager& other) = default;
+CQorCSVManager::~CQorCSVManager() = default;
+
+CQorCSVManager::CQorCSVManager(const wchar_t* line, unsigned int delimiterType_, CSVMGR_QUOTES quotes_,
+                               int someAsOne_)
+    : delimiterType(delimiterType_), quotesType(quotes_), someAsOne(someAsOne_) {
+  separateString(line);
+}
+
+int CQorCSVManager::SetElements(const wchar_t* line, unsigned int delimiterType_, CSVMGR_QUOTES quotes_,
+                                int someAsOne_) {
+  delimiterType = delimiterType_;
+  quotesType = quotes_;
+  someAsOne = someAsOne_;
+  qorgen::exchange::RefillText(readString, line, CString::StringLength(line));
+  Split(readString, static_cast<std::size_t>(readString.GetLength()));
+  return GetCount();
+}
+
+void CQorCSVManager::separateString(const wchar_t* line) {
+  Split(line, static_cast<std::size_t>(CString::StringLength(line)));
+}
+
+// The remainder of the line is the stretch from `rest` to `end` of the list's own copy, in which the fields
+// are cut.
+void CQorCSVManager::Split(const wchar_t* line, std::size_t length) {
+  wchar_t* rest = elements.BeginLine(line, length);
+  if (length == 0) return;
+  wchar_t* const end = rest + length;
+  const UnitSet delimiters = DelimiterSet(delimiterType);
+  const wchar_t quote = QuoteCharacter(quotesType);
+  const bool skip_space = (delimiterType & CSVMGR_DELIM_SPACE) == 0;
+  const auto to_delimiter = [&](wchar_t* from) { return from + (FindAnyUnit(from, end, delimiters) - from); };
+
+  for (;;) {
+    wchar_t* field = rest;
+    wchar_t* field_end = nullptr;
+    wchar_t* opening = rest;
+    if (skip_space && quote != 0) {
+      while (opening != end && IsSpace(*opening)) ++opening;
+    }
+    if (quote != 0 && opening != end && *opening == quote) {
+      field = opening + 1;
+      wchar_t* closing = field;
+      bool pairs = false;
+      for (;;) {
+        closing += FindUnit(closing, end, quote) - closing;
+        if (closing == end || closing + 1 == end || closing[1] != quote) break;
+        pairs = true;
+        closing += 2;
+      }
+      // What stands between the closing quote and the next delimiter is dropped; without a closing quote the
+      // field takes the whole rest.
+      rest = closing == end ? end : to_delimiter(closing + 1);
+      field_end = pairs ? FoldPairs(field, closing, quote) : closing;
+    } else {
+      rest = to_delimiter(rest);
+      field_end = rest;
+    }
+
+    if (rest == end) {
+      elements.AddSpan(field, static_cast<std::size_t>(field_end - field));
+      return;
+    }
+    wchar_t* next = rest + 1;
+    if (someAsOne == 1) {
+      while (next != end && delimiters.Contains(*next)) ++next;
+    }
+    // Cutting overwrites the character behind the field, at most the delimiter just passed.
+    elements.AddSpan(field, static_cast<std::size_t>(field_end - field));
+    rest = next;
+  }
+}
+
+void CQorCSVManager::AddElement(const wchar_t* text) {
+  elements.Append(text, static_cast<std::size_t>(CString::StringLength(text)));
+}
+
+void CQorCSVManager::AddQuate(CSVMGR_QUOTES quotes_) {
+  quotes.push_back(quotes_);
+}
+
+void CQorCSVManager::SetQuatesType(CSVMGR_QUOTES quotes_) {
+  quotesType = quotes_;
+}
+
+void CQorCSVManager::SetDelimiterType(unsigned int delimiterType_) {
+  delimiterType = delimiterType_;
+}
+
+void CQorCSVManager::SetSomeAsOne(int someAsOne_) {
+  someAsOne = someAsOne_;
+}
+
+void CQorCSVManager::SetCommentLineInfo(int on, int limit) {
+  commentLineOn = on;
+  commentLineLimit = limit;
+}
+
+void CQorCSVManager::AdjustCommentLine(CString& line, int lineNumber) {
+  if (commentLineOn != 0 && commentLineLimit != 0 && lineNumber <= commentLineLimit) line.Insert(0, L'#');
+}
+
+const wchar_t* CQorCSVManager::MakeString(CString& line) {
+  if (delimiterType == 0) return nullptr;
+  line.SetString(nullptr, 0);
+  const wchar_t delimiter = WrittenDelimiter(delimiterType);
+  for (std::size_t i = 0; i < elements.Count(); ++i) {
+    if (i != 0 && delimiter != 0) line.AppendChar(delimiter);
+    const wchar_t quote = QuoteCharacter(i < quotes.size() ? quotes[i] : quotesType);
+    if (quote != 0) {
+      AppendQuoted(line, elements.Text(i), elements.Length(i), quote);
+    } else {
+      line.Append(elements.Text(i), static_cast<int>(elements.Length(i)));
+    }
+  }
+  return line;
+}
+
+int CQorCSVManager::GetCount() const {
+  return static_cast<int>(elements.Count());
+}
+
+const wchar_t* CQorCSVManager::GetAt(int index) const {
+  if (index < 0) throw std::out_of_range("invalid vector subscript");
+  const auto place = static_cast<std::size_t>(index);
+  return place < elements.Count() ? elements.Text(place) : nullptr;
+}
+
+void CQorCSVManager::Empty() {
+  elements.Clear();
+}
+
+CString CQorCSVManager::GetReadString() const {
+  return readString;
+}

@@ -1,0 +1,78 @@
+#include "qorgen/exchange/field_list.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace qorgen::exchange {
+namespace {
+
+// A block or a field table above these sizes is given back as soon as a line needs less than an eighth of it,
+// so that one monstrous line doesn't hold its memory for the rest of the file.
+constexpr std::size_t kKeptCharacters = 64 * 1024;
+constexpr std::size_t kKeptFields = 4096;
+constexpr std::size_t kFirstCapacity = 512;
+
+constexpr bool IsWasteful(std::size_t capacity, std::size_t needed, std::size_t kept) {
+  return capacity > kept && needed < capacity / 8;
+}
+
+}  // namespace
+
+FieldList::FieldList(const FieldList& other) {
+  std::size_t total = 0;
+  for (const Field& field : other.fields_) total += field.length + 1;
+  if (total == 0) return;
+  capacity_ = total + kPadding;
+  block_ = std::make_unique<wchar_t[]>(capacity_);
+  fields_.reserve(other.fields_.size());
+  for (const Field& field : other.fields_) Append(field.text, field.length);
+}
+
+FieldList& FieldList::operator=(const FieldList& other) {
+  if (this != &other) *this = FieldList(other);
+  return *this;
+}
+
+void FieldList::Clear() noexcept {
+  fields_.clear();
+  outgrown_.clear();
+  used_ = 0;
+}
+
+void FieldList::Append(const wchar_t* text, std::size_t length) {
+  const std::size_t needed = used_ + length + 1;
+  if (needed + kPadding > capacity_) {
+    // The fields so far keep their places: callers may hold their texts.
+    const std::size_t capacity = std::max(kFirstCapacity, std::max(capacity_ * 2, length + 1 + kPadding));
+    Block block = std::make_unique<wchar_t[]>(capacity);
+    if (block_ != nullptr) outgrown_.push_back(std::move(block_));
+    block_ = std::move(block);
+    capacity_ = capacity;
+    used_ = 0;
+  }
+  wchar_t* place = block_.get() + used_;
+  if (length != 0) std::memcpy(place, text, length * sizeof(wchar_t));
+  AddSpan(place, length);
+  used_ += length + 1;
+}
+
+wchar_t* FieldList::BeginLine(const wchar_t* line, std::size_t length) {
+  if (IsWasteful(fields_.capacity(), fields_.size(), kKeptFields)) fields_.shrink_to_fit();
+  fields_.clear();
+  const std::size_t needed = length + 1 + kPadding;
+  if (needed > capacity_ || IsWasteful(capacity_, needed, kKeptCharacters)) {
+    const std::size_t capacity = std::max(kFirstCapacity, needed + needed / 4);
+    Block block = std::make_unique<wchar_t[]>(capacity);
+    if (length != 0) std::memcpy(block.get(), line, length * sizeof(wchar_t));
+    block_ = std::move(block);
+    capacity_ = capacity;
+  } else if (length != 0) {
+    std::memmove(block_.get(), line, length * sizeof(wchar_t));
+  }
+  block_[length] = L'\0';
+  used_ = length + 1;
+  outgrown_.clear();
+  return block_.get();
+}
+
+}  // namespace qorgen::exchange

@@ -1,0 +1,36 @@
+#include "qorgen/platform/module.h"
+
+#include <gtest/gtest.h>
+
+#include "qorgen/platform/error.h"
+
+#include "tests/support/text.h"
+
+namespace {
+
+TEST(ModuleTest, executable_has_a_full_path) {
+  wchar_t path[MAX_PATH + 1] = {};
+  const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
+  const std::string text = qorgen::tests::Utf8(path);
+  ASSERT_GT(length, 3u);
+  EXPECT_EQ(length, static_cast<DWORD>(CString(path).GetLength()));
+  EXPECT_EQ(":\\", text.substr(1, 2));
+  EXPECT_NE(std::string::npos, text.find("qorgen_platform_tests"));
+}
+
+TEST(ModuleTest, a_short_buffer_gets_a_terminated_beginning) {
+  wchar_t path[6] = {L'#', L'#', L'#', L'#', L'#', L'#'};
+  EXPECT_EQ(5u, GetModuleFileNameW(nullptr, path, 5));
+  EXPECT_EQ(ERROR_INSUFFICIENT_BUFFER, GetLastError());
+  EXPECT_EQ(4, CString(path).GetLength());
+  EXPECT_EQ(L'#', path[5]);
+}
+
+TEST(ModuleTest, no_module_at_a_stray_address) {
+  int here = 0;
+  wchar_t path[MAX_PATH + 1] = {};
+  EXPECT_EQ(0u, GetModuleFileNameW(reinterpret_cast<HMODULE>(&here), path, MAX_PATH));
+  EXPECT_EQ(ERROR_MOD_NOT_FOUND, GetLastError());
+}
+
+}  // namespace

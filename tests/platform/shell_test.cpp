@@ -1,0 +1,98 @@
+#include "qorgen/platform/shell.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <vector>
+
+#include "tests/support/text.h"
+
+namespace {
+
+using qorgen::tests::Utf8;
+
+struct Buffer {
+  explicit Buffer(const wchar_t* text) {
+    const CString source(text);
+    std::copy_n(source.GetString(), source.GetLength() + 1, characters);
+  }
+  wchar_t characters[300] = {};
+};
+
+TEST(PathRemoveFileSpecTest, cuts_the_last_component_and_keeps_the_root) {
+  struct {
+    const wchar_t* path;
+    const wchar_t* rest;
+    BOOL cut;
+  } const rows[] = {
+      {L"C:\\a\\b.txt", L"C:\\a", TRUE},
+      {L"C:\\a", L"C:\\", TRUE},
+      {L"C:\\", L"C:\\", FALSE},
+      {L"C:a", L"C:", TRUE},
+      {L"C:", L"C:", FALSE},
+      {L"\\a", L"\\", TRUE},
+      {L"\\", L"\\", FALSE},
+      {L"a", L"", TRUE},
+      {L"", L"", FALSE},
+      {L"a\\b", L"a", TRUE},
+      {L"C:\\a\\", L"C:\\a", TRUE},
+      {L"\\\\srv\\share\\a", L"\\\\srv\\share", TRUE},
+      {L"\\\\srv\\share", L"\\\\srv", TRUE},
+  };
+  for (const auto& row : rows) {
+    Buffer buffer(row.path);
+    EXPECT_EQ(row.cut, PathRemoveFileSpecW(buffer.characters)) << Utf8(row.path);
+    EXPECT_TEXT(row.rest, buffer.characters) << Utf8(row.path);
+  }
+  EXPECT_FALSE(PathRemoveFileSpecW(nullptr));
+}
+
+TEST(PathSkipRootTest, points_behind_drive_or_share) {
+  struct {
+    const wchar_t* path;
+    const wchar_t* rest;  // null: no root
+  } const rows[] = {
+      {L"C:\\a\\b", L"a\\b"},   {L"C:\\", L""},     {L"\\a", L"a"},          {L"\\\\srv\\share\\a", L"a"},
+      {L"\\\\srv\\share", L""}, {L"a\\b", nullptr}, {L"\\\\?\\C:\\a", L"a"}, {L"", nullptr},
+  };
+  for (const auto& row : rows) {
+    EXPECT_TEXT(row.rest, static_cast<const wchar_t*>(PathSkipRootW(row.path))) << Utf8(row.path);
+  }
+  EXPECT_EQ(nullptr, PathSkipRootW(nullptr));
+}
+
+TEST(PathCompactPathExTest, shortens_by_the_published_rule) {
+  struct {
+    const wchar_t* path;
+    UINT room;
+    const wchar_t* result;
+  } const rows[] = {
+      {L"My Filename", 12, L"My Filename"},
+      {L"My Filename", 10, L"My Fil..."},
+      {L"My Filename", 5, L"M..."},
+      {L"My Filename", 4, L"..."},
+      {L"My Filename", 3, L".."},
+      {L"My Filename", 1, L""},
+      {L"C:\\folder\\sub\\name.txt", 23, L"C:\\folder\\sub\\name.txt"},
+      {L"C:\\folder\\sub\\name.txt", 22, L"C:\\folder...\\name.txt"},
+      {L"C:\\folder\\sub\\name.txt", 20, L"C:\\fold...\\name.txt"},
+      {L"C:\\folder\\sub\\name.txt", 13, L"...\\name.txt"},
+      {L"C:\\folder\\long name.txt", 12, L"...\\long..."},
+      {L"C:\\folder\\long name.txt", 9, L"...\\l..."},
+      {L"C:\\folder\\long name.txt", 7, L"...\\.."},
+      {L"C:\\folder\\long name.txt", 5, L"...\\"},
+      {L"C:\\folder\\long name.txt", 3, L".."},
+      {L"C:/folder/sub/name.txt", 20, L"C:/fold...\x2Fname.txt"},
+  };
+  for (const auto& row : rows) {
+    std::vector<wchar_t> out(row.room, L'#');
+    EXPECT_TRUE(PathCompactPathExW(out.data(), row.path, row.room, 0));
+    ASSERT_NE(out.end(), std::find(out.begin(), out.end(), wchar_t{0}));
+    EXPECT_TEXT(row.result, out.data()) << Utf8(row.path) << ' ' << row.room;
+  }
+  wchar_t out[4] = {L'x'};
+  EXPECT_FALSE(PathCompactPathExW(out, L"a", 0, 0));
+  EXPECT_FALSE(PathCompactPathExW(out, nullptr, 4, 0));
+  EXPECT_EQ(L'x', out[0]);
+}
+
+}  // namespace

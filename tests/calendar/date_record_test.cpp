@@ -1,0 +1,243 @@
+// The date records: integer and floating form, steps, comparison, conversion.
+
+#include "qorgen/calendar/date_record.h"
+
+#include <climits>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+// Fields as one number that reads like the date; made apart from the integer form under test.
+int Fields(const QORDATE& date) {
+  return date.year * 10000 + date.month * 100 + date.day;
+}
+
+TEST(DateRecord, IntegerFormAndBack) {
+  EXPECT_EQ(QORDATE(8, 9, 1868).ToLongDate(), 0x074C0908);
+  EXPECT_EQ(static_cast<int>(QORDATE(8, 9, 1868)), 0x074C0908);
+  EXPECT_EQ(Fields(QORDATE(0x074C0908)), 18680908);
+  EXPECT_EQ(QORDATE().ToLongDate(), 0);
+  EXPECT_EQ(DateToLong(QORDATE(31, 12, 2087)), 0x08270C1F);
+  // Month and day are sign-extended over what stands left of them.
+  EXPECT_EQ(QORDATE(-1, 1, 2019).ToLongDate(), -1);
+  EXPECT_EQ(QORDATE(1, -1, 2019).ToLongDate(), static_cast<int>(0xFFFFFF01u));
+  for (int form : {INT_MIN, INT_MAX, -1, 0x7F7F7F7F, 0x00018080}) {
+    const QORDATE date(form);
+    EXPECT_EQ(date.day, static_cast<char>(form)) << form;
+    EXPECT_EQ(date.month, static_cast<char>(form >> 8)) << form;
+    EXPECT_EQ(date.year, static_cast<short>(form >> 16)) << form;
+  }
+}
+
+TEST(DateRecord, EmptyIsNotInvalid) {
+  const QORDATE empty;
+  EXPECT_EQ(empty.IsEmpty(), 1);
+  EXPECT_EQ(empty.GetWeek(), -1);
+  EXPECT_EQ(empty.ToDATE(), 0.0);
+  EXPECT_EQ(empty.ToOleDateTime().GetStatus(), COleDateTime::null);
+
+  COleDateTime invalid;
+  invalid.SetStatus(COleDateTime::invalid);
+  const QORDATE unreadable(invalid);
+  EXPECT_EQ(Fields(unreadable), -10101);
+  EXPECT_EQ(unreadable.IsEmpty(), 0);
+
+  COleDateTime null;
+  null.SetStatus(COleDateTime::null);
+  QORDATE emptied(1, 2, 2003);
+  emptied = null;
+  EXPECT_EQ(emptied.IsEmpty(), 1);
+}
+
+TEST(DateRecord, FromDate) {
+  struct Row {
+    double date;
+    int fields;
+  };
+  const Row rows[] = {{0.0, 18991230},          {1.0, 18991231},
+                      {-1.0, 18991229},         {-1.25, 18991229},
+                      {0.75, 18991230},         {43529.5, 20190305},
+                      {43529.999999, 20190306}, {-657434.0, 1000101},
+                      {2958465.0, 99991231},    {2958466.0, -10101},
+                      {-657435.0, -10101},      {1e300, -10101},
+                      {-1e300, -10101},         {std::numeric_limits<double>::infinity(), -10101},
+                      {std::nan(""), -10101}};
+  for (const Row& row : rows) EXPECT_EQ(Fields(QORDATE(row.date)), row.fields) << row.date;
+}
+
+TEST(DateRecord, ImpossibleDatesHaveNoDate) {
+  for (const QORDATE& date :
+       {QORDATE(31, 2, 2024), QORDATE(1, 13, 2024), QORDATE(0, 1, 2024), QORDATE(1, 1, 99),
+        QORDATE(1, 1, 10000), QORDATE(-1, -1, -1), QORDATE(127, 127, 32767)}) {
+    EXPECT_EQ(date.ToOleDateTime().GetStatus(), COleDateTime::invalid) << date.ToLongDate();
+    EXPECT_EQ(date.ToDATE(), 0.0) << date.ToLongDate();
+  }
+}
+
+// A day counter that knows only month lengths, against every conversion and step.
+TEST(DateRecord, EveryDayOfTheCalendar) {
+  QORDATE date(1, 1, 1868);
+  int number = -11686;
+  for (int year = 1868; year <= 2087; ++year) {
+    const bool leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+    EXPECT_EQ(QORDATE::IsLeapYear(static_cast<short>(year)), leap ? 1 : 0) << year;
+    const int lengths[] = {31, leap ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    for (int month = 1; month <= 12; ++month) {
+      ASSERT_EQ(QORDATE::GetDays(static_cast<short>(year), static_cast<char>(month)), lengths[month - 1]);
+      for (int day = 1; day <= lengths[month - 1]; ++day, ++number) {
+        ASSERT_EQ(Fields(date), year * 10000 + month * 100 + day);
+        ASSERT_EQ(date.ToDATE(), number);
+        ASSERT_EQ(Fields(QORDATE(static_cast<double>(number))), Fields(date));
+        ASSERT_EQ(date.GetWeek(), (number + 70000 - 1) % 7) << Fields(date);
+        const QORDATE before(date);
+        date.IncDay();
+        ASSERT_EQ(date.Compare(before), 1);
+        QORDATE back(date);
+        back.DecDay();
+        ASSERT_EQ(Fields(back), Fields(before));
+      }
+    }
+  }
+  EXPECT_EQ(Fields(date), 20880101);
+  EXPECT_EQ(QORDATE(31, 12, 1899).GetWeek(), 0);
+  EXPECT_EQ(QORDATE(30, 12, 1899).GetWeek(), 6);
+}
+
+TEST(DateRecord, MonthLengthsAreUnchecked) {
+  EXPECT_EQ(QORDATE::GetDays(2000, 2), 29);
+  EXPECT_EQ(QORDATE::GetDays(1900, 2), 28);
+  for (int month : {-128, -1, 0, 13, 127})
+    EXPECT_EQ(QORDATE::GetDays(2001, static_cast<char>(month)), 31) << month;
+  EXPECT_EQ(QORDATE::IsLeapYear(-4), 1);
+  EXPECT_EQ(QORDATE::IsLeapYear(0), 1);
+}
+
+TEST(DateRecord, Steps) {
+  struct Row {
+    void (QORDATE::*step)();
+    QORDATE from;
+    int to;
+  };
+  const Row rows[] = {
+      {&QORDATE::IncDay, QORDATE(28, 2, 2024), 20240229},
+      {&QORDATE::IncDay, QORDATE(29, 2, 2024), 20240301},
+      {&QORDATE::IncDay, QORDATE(31, 12, 2023), 20240101},
+      {&QORDATE::IncDay, QORDATE(127, 127, 2023), 20240101},
+      {&QORDATE::IncDay, QORDATE(31, 12, 32767), -32768 * 10000 + 101},
+      {&QORDATE::DecDay, QORDATE(1, 3, 2023), 20230228},
+      {&QORDATE::DecDay, QORDATE(1, 1, 2024), 20231231},
+      {&QORDATE::DecDay, QORDATE(-128, -128, 2024), 20231231},
+      {&QORDATE::DecDay, QORDATE(1, 1, -32768), 327671231},
+      {&QORDATE::IncMonth, QORDATE(31, 1, 2024), 20240231},
+      {&QORDATE::IncMonth, QORDATE(31, 12, 2024), 20250131},
+      {&QORDATE::IncMonth, QORDATE(99, 12, 2024), 20250131},
+      {&QORDATE::IncMonth, QORDATE(5, 127, 2024), 20250105},
+      {&QORDATE::DecMonth, QORDATE(31, 3, 2024), 20240231},
+      {&QORDATE::DecMonth, QORDATE(40, 1, 2024), 20231231},
+      {&QORDATE::DecMonth, QORDATE(15, -128, 2024), 20231215},
+      {&QORDATE::FirstDay, QORDATE(15, 6, 2024), 20240601},
+      {&QORDATE::LastDay, QORDATE(15, 2, 2024), 20240229},
+      {&QORDATE::FirstMonthDay, QORDATE(15, 6, 2024), 20240101},
+      {&QORDATE::LastMonthDay, QORDATE(15, 6, 2024), 20241231},
+      {&QORDATE::Empty, QORDATE(15, 6, 2024), 0},
+  };
+  for (const Row& row : rows) {
+    QORDATE date(row.from);
+    (date.*row.step)();
+    EXPECT_EQ(Fields(date), row.to) << "from " << Fields(row.from);
+  }
+}
+
+TEST(DateRecord, Comparison) {
+  EXPECT_EQ(CompareDate(QORDATE(1, 2, 2000), QORDATE(1, 1, 2000)), 256);
+  EXPECT_EQ(CompareDate(QORDATE(1, 1, 2000), QORDATE(1, 2, 2000)), -256);
+  const QORDATE ordered[] = {QORDATE(1, 1, -32768), QORDATE(-1, -1, -1), QORDATE(),
+                             QORDATE(31, 12, 1899), QORDATE(1, 1, 1900), QORDATE(127, 127, 32767)};
+  for (int a = 0; a < 6; ++a) {
+    for (int b = 0; b < 6; ++b) {
+      EXPECT_EQ(ordered[a].Compare(ordered[b]), (a > b) - (a < b)) << a << " " << b;
+      EXPECT_EQ(ordered[a] == ordered[b], a == b ? 1 : 0);
+      EXPECT_EQ(ordered[a] != ordered[b], a != b ? 1 : 0);
+      EXPECT_EQ(ordered[a] < ordered[b], a < b ? 1 : 0);
+      EXPECT_EQ(ordered[a] <= ordered[b], a <= b ? 1 : 0);
+      EXPECT_EQ(ordered[a] > ordered[b], a > b ? 1 : 0);
+      EXPECT_EQ(ordered[a] >= ordered[b], a >= b ? 1 : 0);
+    }
+  }
+}
+
+QORDATETIME Moment(int date, int hour, int minute, int second) {
+  QORDATETIME result;
+  result.Set(date);
+  result.Set(static_cast<char>(hour), static_cast<char>(minute), static_cast<short>(second));
+  return result;
+}
+
+TEST(DateTimeRecord, FieldsAndConversion) {
+  const QORDATETIME time(10, 20, 30);
+  EXPECT_EQ(time.year + time.month + time.day, 0);
+  EXPECT_EQ(time.IsEmpty(), 0);
+  EXPECT_EQ(time.ToOleDateTime().GetStatus(), COleDateTime::invalid);
+  EXPECT_EQ(QORDATETIME().ToOleDateTime().GetStatus(), COleDateTime::null);
+
+  QORDATETIME read;
+  read = 43529.43090277778;  // 5 March 2019, 10:20:30
+  EXPECT_EQ(read, Moment(0x07E30305, 10, 20, 30));
+  EXPECT_EQ(read.second, 30);
+  EXPECT_NEAR(read.ToOleDateTime().m_dt, 43529.43090277778, 1e-9);
+  read.Set(0x07E30305);
+  EXPECT_EQ(read.hour + read.minute + read.second, 0);
+  for (double bad : {1e300, -1e300, std::nan("")}) {
+    read.Set(bad);
+    EXPECT_EQ(read.day + read.month + read.year + read.hour + read.minute + read.second, -6) << bad;
+  }
+  COleDateTime null;
+  null.SetStatus(COleDateTime::null);
+  read = null;
+  EXPECT_EQ(read.IsEmpty(), 1);
+  for (const QORDATETIME& bad : {Moment(0x07E30305, 24, 0, 0), Moment(0x07E30305, -1, 0, 0),
+                                 Moment(0x07E30305, 0, 60, 0), Moment(0x07E30305, 0, 0, 32767)}) {
+    EXPECT_EQ(bad.ToOleDateTime().GetStatus(), COleDateTime::invalid);
+  }
+}
+
+TEST(DateTimeRecord, CompareAndMinutes) {
+  constexpr int kDay = 0x07E30305;
+  struct Row {
+    QORDATETIME a;
+    QORDATETIME b;
+    int compare;
+    double minutes;
+  };
+  const Row rows[] = {
+      {Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 0), 0, 0},
+      {Moment(kDay, 10, 0, 1), Moment(kDay, 10, 0, 0), 1, 0},
+      {Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 59), -1, 0},
+      {Moment(kDay, 10, 1, 0), Moment(kDay, 10, 0, 0), 1, 1},
+      {Moment(kDay, 9, 59, 0), Moment(kDay, 11, 0, 30), -1, -61},
+      {Moment(kDay + 1, 0, 0, 0), Moment(kDay, 23, 59, 59), 1, 0},
+      {Moment(kDay + 1, 0, 0, 0), Moment(kDay, 0, 0, 0), 1, 1440},
+      // Before the base, where the fraction of a DATE counts the other way round.
+      {Moment(0x074C0908, 18, 0, 0), Moment(0x074C0908, 6, 0, 0), 1, 720},
+      // Times without a date have no DATE to tell them apart.
+      {QORDATETIME(10, 0, 0), QORDATETIME(11, 0, 0), 0, 0},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(row.a.Compare(row.b), row.compare);
+    EXPECT_EQ(row.b.Compare(row.a), -row.compare);
+    EXPECT_EQ(row.a.MinutesSpan(row.b), row.minutes);
+    EXPECT_EQ(row.a == row.b, row.compare == 0);
+    EXPECT_EQ(row.a > row.b, row.compare > 0);
+    EXPECT_EQ(row.a <= row.b, row.compare <= 0);
+  }
+  // Less than a second apart.
+  QORDATETIME a;
+  QORDATETIME b;
+  a.Set(43529.5);
+  b.Set(43529.5 + 0.4 / 86400);
+  EXPECT_EQ(a.Compare(b), 0);
+}
+
+}  // namespace

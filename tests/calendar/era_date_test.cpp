@@ -1,0 +1,325 @@
+// The date object: what it accepts and refuses, its kinds, steps, limits and eras.
+
+#include "qorgen/calendar/era_date.h"
+
+#include <climits>
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "tests/support/text.h"
+
+namespace {
+
+int Fields(const QORDATE& date) {
+  return date.year * 10000 + date.month * 100 + date.day;
+}
+int Fields(const CQorDate& date) {
+  return Fields(date.ToQORDATE());
+}
+
+CQorDate OfKind(unsigned style, const QORDATE& first = QORDATE(5, 3, 2019)) {
+  CQorDate date(first);
+  date.SetStyle(style);
+  return date;
+}
+
+TEST(EraDate, DefaultIsToday) {
+  QORDATE before;
+  before.Today();
+  const CQorDate date;
+  QORDATE after;
+  after.Today();
+  EXPECT_TRUE(before <= date.ToQORDATE() && date.ToQORDATE() <= after);
+  EXPECT_EQ(static_cast<double>(date), date.ToQORDATE().ToDATE());
+  EXPECT_EQ(date.GetStyle(), 0x10u);
+  EXPECT_EQ(date.CheckDate(-657434.0), 1);
+  EXPECT_EQ(date.CheckDate(2958465.0), 1);
+  EXPECT_EQ(date.CheckDate(2958466.0), 0);
+}
+
+TEST(EraDate, AssignmentOfDates) {
+  struct Row {
+    unsigned style;
+    QORDATE value;
+    int accepted;
+    int fields;  // 20190305 where the object stays as it was
+  };
+  const Row rows[] = {
+      {0x10, QORDATE(29, 2, 2024), 1, 20240229},
+      {0x10, QORDATE(29, 2, 2023), 0, 20190305},
+      {0x10, QORDATE(31, 12, 9999), 1, 99991231},
+      {0x10, QORDATE(1, 1, 1899), 1, 18990101},
+      {0x10, QORDATE(31, 12, 1898), 1, 20190305},  // passes its check and changes nothing
+      {0x10, QORDATE(8, 9, 1868), 1, 20190305},
+      {0x10, QORDATE(1, 1, 99), 0, 20190305},
+      {0x10, QORDATE(1, 1, 123), 1, 21230101},
+      {0x10, QORDATE(1, 1, 899), 1, 28990101},
+      {0x10, QORDATE(1, 1, 900), 1, 19000101},
+      {0x10, QORDATE(1, 1, 950), 1, 19500101},
+      {0x10, QORDATE(1, 1, 1000), 1, 20190305},
+      {0x10, QORDATE(29, 2, 104), 1, 21040229},
+      {0x10, QORDATE(29, 2, 400), 1, 24000229},
+      {0x10, QORDATE(29, 2, 904), 1, 19040229},
+      {0x10, QORDATE(1, 13, 2024), 0, 20190305},
+      {0x10, QORDATE(32, 1, 2024), 0, 20190305},
+      {0x10, QORDATE(-1, -1, -1), 0, 20190305},
+      {0x10, QORDATE(127, 127, 32767), 0, 20190305},
+      {0x10, QORDATE(), 1, 0},
+      {0x10, QORDATE(0, 1, 2024), 1, 0},  // a part in use is missing: empty
+      {0x00, QORDATE(), 0, 20190305},
+      {0x12, QORDATE(0, 2, 2024), 1, 20240201},
+      {0x12, QORDATE(77, 2, 2024), 1, 20240201},
+      {0x12, QORDATE(1, 13, 2024), 0, 20190305},
+      {0x13, QORDATE(24, 12, 0), 1, 20191224},
+      {0x14, QORDATE(30, 2, 1500), 1, 20190230},  // without its year a month keeps 31 days
+      {0x13, QORDATE(32, 2, 0), 0, 20190305},
+      {0x15, QORDATE(0, 0, 2020), 1, 20200101},
+      {0x16, QORDATE(0, 7, 0), 1, 20190701},
+      {0x17, QORDATE(31, 0, 0), 1, 20190131},
+      {0x18, QORDATE(9, 9, 9), 1, 20190109},
+      {0x1F, QORDATE(2, 1, 2024), 1, 20240102},
+  };
+  for (const Row& row : rows) {
+    CQorDate date = OfKind(row.style);
+    EXPECT_EQ(date.CheckDate(row.value), row.accepted)
+        << std::hex << row.style << " " << row.value.ToLongDate();
+    date = row.value;
+    EXPECT_EQ(Fields(date), row.fields) << std::hex << row.style << " " << row.value.ToLongDate();
+    EXPECT_EQ(static_cast<double>(date), date.ToQORDATE().ToDATE());
+  }
+}
+
+TEST(EraDate, AssignmentOfNumbers) {
+  struct Row {
+    unsigned style;
+    double value;
+    int accepted;
+    int fields;
+  };
+  const Row rows[] = {
+      {0x10, 45000.0, 1, 20230315},  {0x10, 45000.75, 1, 20230315},
+      {0x10, -11438.0, 1, 18680905}, {0x10, 0.0, 1, 0},
+      {0x10, 0.5, 1, 18991230},      {0x00, 0.0, 0, 20190305},
+      {0x00, 0.5, 0, 20190305},      {0x10, 2958466.0, 0, 20190305},
+      {0x10, 1e300, 0, 20190305},    {0x10, -1e300, 1, -10101},
+      {0x10, -657435.0, 1, -10101},  {0x10, std::nan(""), 0, 20190305},
+  };
+  for (const Row& row : rows) {
+    CQorDate date = OfKind(row.style);
+    EXPECT_EQ(date.CheckDate(row.value), row.accepted) << row.value;
+    date = row.value;
+    EXPECT_EQ(Fields(date), row.fields) << row.value;
+  }
+  EXPECT_EQ(QORDATETIME(CQorDate(45000.75)).hour, 18);
+  EXPECT_EQ(Fields(CQorDate(1e300)), Fields(CQorDate()));
+  EXPECT_EQ(Fields(CQorDate(QORDATE(5, 3, 2019))), 20190305);
+}
+
+TEST(EraDate, Setters) {
+  CQorDate date(QORDATE(31, 3, 2019));
+  EXPECT_EQ(date.SetYear(99), 0);
+  EXPECT_EQ(date.SetMonth(2), 0);
+  EXPECT_EQ(date.SetMonth(13), 0);
+  EXPECT_EQ(date.SetDay(32), 0);
+  EXPECT_EQ(Fields(date), 20190331);
+  EXPECT_EQ(date.SetYear(950), 1);
+  EXPECT_EQ(Fields(date), 19500331);
+  EXPECT_EQ(date.SetYear(123), 1);
+  EXPECT_EQ(Fields(date), 21230331);
+  EXPECT_EQ(date.SetDay(1), 1);
+  EXPECT_EQ(date.SetMonth(12), 1);
+  EXPECT_EQ(Fields(date), 21231201);
+  EXPECT_EQ(date.SetLongDate(QORDATE(29, 2, 2024).ToLongDate()), 1);
+  EXPECT_EQ(Fields(date), 20240229);
+  EXPECT_EQ(date.SetLongDate(INT_MIN), 1);  // day and month 0: empty
+  EXPECT_EQ(date.IsEmpty(), 1);
+  EXPECT_EQ(date.SetLongDate(-1), 0);
+  date.SetStyle(0);
+  EXPECT_EQ(date.SetLongDate(0), 0);
+}
+
+TEST(EraDate, RangeMovesAndRefuses) {
+  CQorDate date(QORDATE(5, 3, 2019));
+  date.SetMinMax(QORDATE(1, 4, 2023), QORDATE(31, 3, 2024));
+  EXPECT_EQ(Fields(date), 20230401);
+  date = QORDATE(31, 3, 2023);
+  EXPECT_EQ(Fields(date), 20230401);
+  date = QORDATE(31, 3, 2024);
+  EXPECT_EQ(Fields(date), 20240331);
+  ++date;
+  EXPECT_EQ(Fields(date), 20240331);
+  EXPECT_EQ(Fields(date + 1), 20240401);  // the sum has the default range
+  date.SetMinMax(QORDATE(31, 3, 2024), QORDATE(1, 4, 2023));
+  EXPECT_EQ(date.CheckDate(QORDATE(1, 5, 2023)), 1);
+  date.SetMinMax(std::nan(""), 1.0);
+  EXPECT_EQ(date.CheckDate(QORDATE(1, 5, 2023)), 1);
+  date.SetMinMax(40000.0, 41000.0);
+  EXPECT_EQ(static_cast<double>(date), 41000.0);
+  date.SetMin();
+  EXPECT_EQ(static_cast<double>(date), 40000.0);
+  date.SetMax();
+  EXPECT_EQ(static_cast<double>(date), 41000.0);
+  date.Empty();
+  date.SetMinMax(42000.0, 43000.0);
+  EXPECT_EQ(date.IsEmpty(), 1);
+  EXPECT_EQ(static_cast<double>(date), 0.0);
+
+  CQorDate filled;
+  filled.SetStyle(0);
+  filled.Empty();
+  EXPECT_EQ(filled.IsEmpty(), 0);
+  filled.SetMin();
+  EXPECT_EQ(static_cast<double>(filled), 1.0);
+
+  // A month counts when any of its days lies in range.
+  CQorDate month = OfKind(0x12);
+  month.SetMinMax(QORDATE(31, 3, 2019), QORDATE(1, 6, 2019));
+  EXPECT_EQ(month.CheckDate(QORDATE(0, 2, 2019)), 0);
+  EXPECT_EQ(month.CheckDate(QORDATE(0, 3, 2019)), 1);
+  EXPECT_EQ(month.CheckDate(QORDATE(0, 6, 2019)), 1);
+  EXPECT_EQ(month.CheckDate(QORDATE(0, 7, 2019)), 0);
+}
+
+TEST(EraDate, StyleBits) {
+  CQorDate date;
+  date.ModifyStyle(0x10, 0);
+  EXPECT_EQ(date.GetStyle(), 0x10u);
+  date.ModifyStyle(0, 0xF003);
+  EXPECT_EQ(date.GetStyle(), 0xF013u);
+  date.ModifyStyle(0xFFFFFFFF, 0);
+  EXPECT_EQ(date.GetStyle(), 0x13u);
+}
+
+TEST(EraDate, DayArithmetic) {
+  CQorDate date(QORDATE(28, 2, 2024));
+  date++;
+  EXPECT_EQ(Fields(date), 20240229);
+  --date;
+  date--;
+  EXPECT_EQ(Fields(date), 20240227);
+  date += 366;
+  EXPECT_EQ(Fields(date), 20250227);
+  date -= 366;
+  EXPECT_EQ(Fields(date), 20240227);
+  EXPECT_EQ(date - CQorDate(QORDATE(27, 2, 2023)), 365);
+  EXPECT_EQ(Fields(date - 27), 20240131);
+  date += INT_MAX;
+  EXPECT_EQ(Fields(date), 20240227);
+  EXPECT_EQ(CQorDate(-1e300) - date, INT_MIN);
+  date.Empty();
+  ++date;
+  date -= INT_MIN;
+  EXPECT_EQ(date.IsEmpty(), 1);
+  EXPECT_TRUE(CQorDate(1.0) < CQorDate(2.0) && CQorDate(2.0) >= CQorDate(2.0) &&
+              CQorDate(2.0) != CQorDate(1.0));
+}
+
+TEST(EraDate, MonthArithmetic) {
+  struct Row {
+    QORDATE from;
+    int months_back;
+    int to;
+  };
+  const Row rows[] = {
+      {QORDATE(31, 3, 2024), 1, 20240229},       {QORDATE(31, 1, 2023), -1, 20230228},
+      {QORDATE(31, 1, 2024), 1, 20231231},       {QORDATE(15, 6, 2024), 12, 20230615},
+      {QORDATE(15, 6, 2024), -18, 20251215},     {QORDATE(15, 6, 2024), 0, 20240615},
+      {QORDATE(31, 12, 2024), -2, 20250228},     {QORDATE(15, 6, 2024), 65536, 20240615},
+      {QORDATE(15, 6, 2024), 32767, 20240615},  // would be before 1899
+      {QORDATE(15, 6, 2024), -32761, 47540715},  {QORDATE(15, 6, 2024), -32762, 20240615},
+      {QORDATE(15, 6, 2024), INT_MIN, 20240615},
+  };
+  for (const Row& row : rows) {
+    CQorDate date(row.from);
+    EXPECT_EQ(Fields(date << row.months_back), row.to) << row.months_back;
+    date <<= row.months_back;
+    EXPECT_EQ(Fields(date), row.to) << row.months_back;
+    CQorDate forward(row.from);
+    if (row.months_back != INT_MIN) {
+      EXPECT_EQ(Fields(forward >> -row.months_back), row.to) << row.months_back;
+      forward >>= -row.months_back;
+      EXPECT_EQ(Fields(forward), row.to) << row.months_back;
+    }
+  }
+  CQorDate narrow(QORDATE(15, 3, 2024));
+  narrow.SetMinMax(QORDATE(1, 3, 2024), QORDATE(31, 3, 2024));
+  EXPECT_EQ(Fields(narrow >> 1), 20240315);
+  CQorDate empty(QORDATE{});
+  empty <<= 1;
+  empty >>= 1;
+  EXPECT_EQ(empty.IsEmpty(), 1);
+}
+
+TEST(EraDate, DayNumbers) {
+  const CQorDate date;
+  EXPECT_EQ(date.GetDaysFromDate(QORDATE(30, 12, 1899)), 0);
+  for (int number = -11690; number <= 70000; number += 13) {
+    const QORDATE day = date.GetDateFromDays(number);
+    ASSERT_EQ(date.GetDaysFromDate(day), number);
+    ASSERT_EQ(day.ToDATE(), number);
+  }
+  EXPECT_EQ(Fields(date.GetDateFromDays(-657434)), 1000101);
+  EXPECT_EQ(Fields(date.GetDateFromDays(2958466)), -10101);
+  EXPECT_EQ(Fields(date.GetDateFromDays(LONG_MIN)), -10101);
+  EXPECT_LT(date.GetDaysFromDate(QORDATE(-128, -128, -32768)), 0);
+  EXPECT_GT(date.GetDaysFromDate(QORDATE(127, 127, 32767)), 0);
+  EXPECT_EQ(date.GetLeapCount(2024), 506 - 20 + 5);
+  EXPECT_EQ(date.GetDaysOfMonth(2023, 0), 0);
+  EXPECT_EQ(date.GetDaysOfMonth(2023, 13), 0);
+  EXPECT_EQ(date.GetDaysOfMonth(2024, 2), 29);
+  const CQorDate leap(QORDATE(1, 2, 2024));
+  EXPECT_EQ(leap.GetDaysOfMonth(), 29);
+  EXPECT_EQ(leap.IsLeap(), 1);
+  EXPECT_EQ(leap.IsLeap(1900), 0);
+  EXPECT_EQ(leap.GetWeek(), 4);
+  EXPECT_EQ(CQorDate(-1.0).GetWeek(), 5);
+}
+
+TEST(Era, FirstAndLastDays) {
+  struct Row {
+    QORDATE date;
+    int era;
+    int year;
+  };
+  const Row rows[] = {
+      {QORDATE(31, 12, 1867), -1, 0}, {QORDATE(1, 1, 1868), 0, 1},    {QORDATE(29, 7, 1912), 0, 45},
+      {QORDATE(30, 7, 1912), 1, 1},   {QORDATE(24, 12, 1926), 1, 15}, {QORDATE(25, 12, 1926), 2, 1},
+      {QORDATE(7, 1, 1989), 2, 64},   {QORDATE(8, 1, 1989), 3, 1},    {QORDATE(30, 4, 2019), 3, 31},
+      {QORDATE(1, 5, 2019), 4, 1},    {QORDATE(31, 12, 2087), 4, 69},
+  };
+  for (const Row& row : rows) {
+    const CQorDate date(row.date.ToDATE());
+    int era = 99;
+    EXPECT_EQ(date.GetGengo(), row.era) << Fields(row.date);
+    EXPECT_EQ(date.GetWareki(&era), row.year) << Fields(row.date);
+    EXPECT_EQ(era, row.era < 0 ? 5 : row.era) << Fields(row.date);
+    EXPECT_EQ(date.GetWareki(), row.year);
+    if (row.era >= 0) {
+      EXPECT_EQ(CQorDate::GetSeirekiFromWareki(static_cast<short>(row.year), row.era), row.date.year);
+    }
+  }
+}
+
+TEST(Era, LastDateAnswersForAnEmptyValue) {
+  CQorDate date(QORDATE(7, 1, 1989));
+  date.Empty();
+  int era = 0;
+  EXPECT_EQ(date.GetGengo(), 2);
+  EXPECT_EQ(date.GetWareki(&era), 0);
+  EXPECT_EQ(era, 5);
+}
+
+TEST(Era, NamesAndYears) {
+  EXPECT_TEXT(L"明治", CQorDate::GetGengoJPNString(0));
+  EXPECT_TEXT(L"令和", CQorDate::GetGengoJPNString(4));
+  EXPECT_TEXT(L"S", CQorDate::GetGengoRomaString(2));
+  for (int bad : {-1, 5, INT_MIN, INT_MAX}) {
+    EXPECT_EQ(CQorDate::GetGengoJPNString(bad), nullptr);
+    EXPECT_EQ(CQorDate::GetGengoRomaString(bad), nullptr);
+    EXPECT_EQ(CQorDate::GetSeirekiFromWareki(1, bad), 0);
+  }
+  EXPECT_EQ(CQorDate::GetSeirekiFromWareki(1, 4), 2019);
+  EXPECT_EQ(CQorDate::GetSeirekiFromWareki(31, 3), 2019);
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+#pragma once
+
+// Japanese text: character classes, half and full width, kana folding, search and sort keys, comparison, and
+// the text helpers that the rest of the library calls.
+//
+// Every operation is static, keeps no state and may be called from any thread. Folding, comparison and keys
+// never ask a locale or the operating system: their results are the same on every machine and every host.
+// Text is UTF-16; a "character" is one unit, and the halves of a surrogate pair go through every conversion
+// unchanged.
+//
+// Conversions come in up to three forms:
+//   (wchar_t* dest, const wchar_t* src)   into the caller's buffer, whose size each operation states,
+//   terminator
+//                                         included. A null `src` empties the buffer.
+//   (CString& dest, const wchar_t* src)   into a string. A null `src` leaves the string as it was.
+//   (const wchar_t* src)                  a new array, which goes back through QorFree; null for null.
+// In all of them `src` may be, or lie within, what `dest` holds. The cost grows with the length of the text;
+// nothing is allocated but the result, apart from work space for texts of more than 256 units where one is
+// needed.
+
+#include "qorgen/afx/string.h"
+#include "qorgen/platform/export.h"
+#include "qorgen/text/char_type.h"
+
+class COleDateTime;
+class CStringArray;
+
+class QORGEN_API CQorStringUtil {
+ public:
+  // ---- Classes and width
+  // --------------------------------------------------------------------------------------------
+
+  // The class of a character, one of the CHARTYPE_ values, or 0. Values above U+FFFF have none.
+  static unsigned int GetCharType(unsigned int c);
+
+  // The half-width (半角) form of one character, without a voicing mark: ガ -> ｶ. Whatever has none is given
+  // back as it is; so are the full-width space, ”, ’ and ￥, although ToWideChar makes them of the half-width
+  // ones.
+  static unsigned int ToHalfChar(unsigned int c);
+
+  // The full-width (全角) form of one character; a half-width voicing mark becomes the spacing mark ゛ or ゜.
+  static unsigned int ToWideChar(unsigned int c);
+
+  // Half width, with a mark behind the form of a voiced kana: ガ -> ｶﾞ, ぱ -> ﾊﾟ. ゔ gives ｳ alone. `dest`
+  // holds twice the length of `src`, plus 1. The int forms give 0.
+  static int ToHalfString(wchar_t* dest, const wchar_t* src);
+  static int ToHalfString(CString& dest, const wchar_t* src);
+  static wchar_t* ToHalfString(const wchar_t* src);
+
+  // Full width. A half-width mark fuses with a kana before it that can take it, in either width or script: ｶﾞ
+  // -> ガ, かﾞ -> が; else it becomes the spacing mark: ｱﾞ -> ア゛. `dest` holds the length of `src`, plus 1.
+  // The int forms give 0.
+  static int ToWideString(wchar_t* dest, const wchar_t* src);
+  static int ToWideString(CString& dest, const wchar_t* src);
+  static wchar_t* ToWideString(const wchar_t* src);
+
+  // ---- Folding
+  // ------------------------------------------------------------------------------------------------------
+  // `dest` holds the length of `src`, plus 1. The int forms give the length of `src`.
+
+  // Hiragana to katakana, the whole block: ゝ -> ヽ, and a spacing mark becomes ・ or ー.
+  static int GanaToKana(wchar_t* dest, const wchar_t* src);
+  static int GanaToKana(CString& dest, const wchar_t* src);
+  static wchar_t* GanaToKana(const wchar_t* src);
+
+  // Voiced (濁音) and semi-voiced kana to plain ones (清音); half-width marks are dropped: ﾊﾞｶﾞ -> ﾊｶ. ゔ and
+  // the spacing marks stay. The int forms give the length of `src`, also when the result is shorter.
+  static int DakuonToSeion(wchar_t* dest, const wchar_t* src);
+  static int DakuonToSeion(CString& dest, const wchar_t* src);
+  static wchar_t* DakuonToSeion(const wchar_t* src);
+
+  // Letters of both widths to capitals, and unless `lettersOnly` is nonzero small kana to large ones: ッ ->
+  // ツ. ゎ ヮ ヵ ヶ ゕ ゖ stay small.
+  static int ToUpperCase(wchar_t* dest, const wchar_t* src, int lettersOnly);
+  static int ToUpperCase(CString& dest, const wchar_t* src, int lettersOnly);
+  static wchar_t* ToUpperCase(const wchar_t* src, int lettersOnly);
+
+  // ---- Keys
+  // ---------------------------------------------------------------------------------------------------------
+  // A key is never longer than its text. The buffer forms store the first `capacity` - 1 units of the key,
+  // end the buffer at its last place, and give the length of the key or `capacity`, whichever is smaller: a
+  // result equal to `capacity` tells that the key was cut. A `capacity` of 0 or less stores nothing and gives
+  // 0. With a null `dest` the result is the length of the whole key. The CString forms give the length of the
+  // key. A null `src` gives 0 and leaves `dest` alone in every form.
+
+  // The search key: full width, katakana, capitals; small kana stay small and a minus sign a minus. The two
+  // names say on which side of a comparison a text stands, and do the same. "ab c" -> "ＡＢ　Ｃ", "ｶﾞｯﾂ" ->
+  // "ガッツ".
+  static int GetBaseStrForSearch(wchar_t* dest, const wchar_t* src, int capacity);
+  static int GetBaseStrForSearch(CString& dest, const wchar_t* src);
+  static wchar_t* GetBaseStrForSearch(const wchar_t* src);
+  static int GetSearchStrForSearch(wchar_t* dest, const wchar_t* src, int capacity);
+  static int GetSearchStrForSearch(CString& dest, const wchar_t* src);
+  static wchar_t* GetSearchStrForSearch(const wchar_t* src);
+
+  // The sort key: as above, with large kana for small ones and every dash a long sound mark. "ｶﾞｯﾂ" ->
+  // "ガツツ".
+  static int GetStringForSort(wchar_t* dest, const wchar_t* src, int capacity);
+  static int GetStringForSort(CString& dest, const wchar_t* src);
+  static wchar_t* GetStringForSort(const wchar_t* src);
+
+  // ---- Comparison
+  // --------------------------------------------------------------------------------------------------- By
+  // unit value, exact; `mode` is one of the STRCOMPARE_ values. The result is 1 when its test holds, else 0.
+  // An empty pattern is contained in nothing, and nothing fails to contain it either: modes 1 to 4 give 0.
+  // The time grows with the sum of both lengths.
+
+  // A null text or pattern gives 0 in every mode.
+  static int StrCompare(const wchar_t* text, const wchar_t* pattern, unsigned char mode);
+
+  // With a nonzero `fold`, both go through ToUpperCase with large kana and then ToWideString first (hiragana
+  // stays hiragana), and null counts as empty. With 0 it is the form above.
+  static int StrCompare(const wchar_t* text, const wchar_t* pattern, unsigned char mode, int fold);
+
+  // Compares search keys, for type-ahead: where the test fails, it is tried again with the last character of
+  // the pattern voiced and then semi-voiced, so か finds ガ and は finds パ. This holds in every mode, the
+  // negative ones too. A null text or pattern gives 0.
+  static int StrCompareForSearch(const wchar_t* text, const wchar_t* pattern, unsigned char mode);
+
+  // -1, 0 or 1 by unsigned unit values: the library's order of keys. Neither text may be null.
+  static int CompareStringW(const wchar_t* a, const wchar_t* b);
+};

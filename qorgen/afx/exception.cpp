@@ -1,9 +1,8 @@
 #include "qorgen/afx/exception.h"
 
-#include <algorithm>
 #include <new>
 
-#include "qorgen/afx/internal/resource_ids.h"
+#include "qorgen/afx/internal/message_text.h"
 #include "qorgen/afx/message_box.h"
 #include "qorgen/afx/string_resource.h"
 
@@ -57,12 +56,8 @@ int CSimpleException::GetErrorMessage(wchar_t* pszError, unsigned int nMaxError,
                                       unsigned int* pnHelpContext) const {
   CException::GetErrorMessage(pszError, nMaxError, pnHelpContext);
   const wchar_t* text = QorFindStringResource(m_nResourceID);
-  if (pszError == nullptr || nMaxError == 0 || text == nullptr) return 0;
-  const unsigned int length = static_cast<unsigned int>(CString::StringLength(text));
-  const unsigned int copied = std::min(length, nMaxError - 1);
-  std::copy_n(text, copied, pszError);
-  pszError[copied] = 0;
-  return 1;
+  if (text == nullptr) return 0;
+  return qorgen::afx::CopyMessage(text, CString::StringLength(text), pszError, nMaxError);
 }
 
 CMemoryException::CMemoryException(int bAutoDelete)

@@ -1,11 +1,10 @@
 // CFileException: causes, their sources and their texts.
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 
 #include "qorgen/afx/exception.h"
-#include "qorgen/afx/internal/resource_ids.h"
+#include "qorgen/afx/internal/message_text.h"
 #include "qorgen/afx/string_resource.h"
 
 IMPLEMENT_DYNAMIC(CFileException, CException)
@@ -134,10 +133,7 @@ int CFileException::GetErrorMessage(wchar_t* pszError, unsigned int nMaxError,
                                      static_cast<unsigned int>(known ? m_cause : genericException)));
   text.Replace(L"%1", m_strFileName.IsEmpty() ? QorFindStringResource(qorgen::afx::kTextUnnamedFile)
                                               : m_strFileName.GetString());
-  const unsigned int copied = std::min(static_cast<unsigned int>(text.GetLength()), nMaxError - 1);
-  std::copy_n(text.GetString(), copied, pszError);
-  pszError[copied] = 0;
-  return 1;
+  return qorgen::afx::CopyMessage(text, text.GetLength(), pszError, nMaxError);
 }
 
 void AfxThrowFileException(int cause, LONG lOsError, const wchar_t* pszFileName) {

@@ -7,13 +7,13 @@
 #include <span>
 #include <vector>
 
-#include "qorgen/afx/internal/resource_ids.h"
+#include "qorgen/afx/internal/message_text.h"
 
 namespace {
 
 using namespace qorgen::afx;
 
-// "%1" is the file's name. Ascending by id.
+// "%1" is the file's name or the error's code. Ascending by id.
 constexpr std::array kOwnTexts = {
     QorStringResource{kTextNoErrorAvailable, L"エラーメッセージはありません。",
                       L"No error message is available."},
@@ -22,6 +22,8 @@ constexpr std::array kOwnTexts = {
     QorStringResource{kTextOutOfMemory, L"メモリが不足しています。", L"Out of memory."},
     QorStringResource{kTextInvalidArgument, L"引数が正しくありません。", L"An argument is not valid."},
     QorStringResource{kTextUnnamedFile, L"（名前のないファイル）", L"an unnamed file"},
+    QorStringResource{kTextUnknownCode, L"原因不明のエラー（0x%1）が発生しました。",
+                      L"An unknown error (0x%1) occurred."},
     QorStringResource{kTextFileCause + 0, L"%1 でエラーは発生していません。", L"No error occurred in %1."},
     QorStringResource{kTextFileCause + 1, L"%1 の操作中に原因不明のエラーが発生しました。",
                       L"An unknown error occurred while accessing %1."},

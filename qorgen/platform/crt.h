@@ -158,6 +158,52 @@ void _wsplitpath(const wchar_t* path, wchar_t* drive, wchar_t* folder, wchar_t* 
 void _wmakepath(wchar_t* path, const wchar_t* drive, const wchar_t* folder, const wchar_t* name,
                 const wchar_t* extension);
 
+// ---- files and text streams -------------------------------------------------------------------------------
+// _wfopen opens a path of either vocabulary with the platform's modes: r, w or a; "+"; b or t (text is the
+// default); x with w; D (the file goes when the stream is closed); c n N S R T, which change nothing; and
+// ",ccs=UTF-8", ",ccs=UTF-16LE" or ",ccs=UNICODE" behind a text mode. Null with errno set, and the thread's
+// last error where the system refused: EINVAL for a wrong mode or a UTF-16BE file, ENOENT, EACCES (a folder
+// too) ...
+//
+// The stream is a FILE of the C library over the bytes of the file: fread, fwrite, fseek, ftell, rewind,
+// fclose work on bytes and positions are exact byte offsets. (On Windows fread and fwrite of a text stream
+// translate; keep to the functions below for text.) The text functions below translate:
+//   - text streams: LF is CR LF on disk, a lone CR stays, and Ctrl-Z (0x1A) ends what is read;
+//   - without ccs wide text is code page 932; a character without a code ends the writing with WEOF, EILSEQ;
+//   - with ccs a byte-order mark is written into a new or empty file. A file's own mark decides its encoding
+//     whatever ccs says, and is skipped at the start of the file, also after the stream was rewound. (Text
+//     written there replaces it.) The narrow functions refuse such a stream with EINVAL;
+//   - invalid bytes give U+FFFD, in 932 U+30FB; an odd byte at the end of UTF-16 is ignored;
+//   - binary streams hold wide text as raw units.
+// A stream that _wfopen or _wfdopen didn't make counts as UTF-8 without translation of line ends.
+
+FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
+// Descriptors of this runtime, not the host's. _open_osfhandle takes over a handle of CreateFileW (the flags
+// mean nothing here, the stream's mode decides); _wfdopen takes over the descriptor, unless it fails; _fileno
+// and _get_osfhandle lead back. -1 with errno EBADF or EINVAL on failure.
+int _open_osfhandle(intptr_t handle, int flags);
+intptr_t _get_osfhandle(int descriptor);
+FILE* _wfdopen(int descriptor, const wchar_t* mode);
+int _fileno(FILE* stream);
+int _close(int descriptor);
+
+char* qorgen_fgets(char* buffer, int capacity, FILE* stream);
+int qorgen_fputs(const char* text, FILE* stream);
+wchar_t* qorgen_fgetws(wchar_t* buffer, int capacity, FILE* stream);
+int qorgen_fputws(const wchar_t* text, FILE* stream);
+wint_t qorgen_fgetwc(FILE* stream);
+wint_t qorgen_fputwc(wchar_t unit, FILE* stream);
+// Up to 8 units; they leave the told position alone and are dropped when the stream is moved. WEOF for a
+// stream of others.
+wint_t qorgen_ungetwc(wint_t unit, FILE* stream);
+int qorgen_fwprintf(FILE* stream, const wchar_t* format, ...);
+int qorgen_vfwprintf(FILE* stream, const wchar_t* format, va_list arguments);
+
+// Removes a file; -1 with errno, EACCES for a folder.
+int _wremove(const wchar_t* path);
+// 0 when the path exists and, with 2 or 6, isn't read-only; else -1 with errno. Modes: 0, 2, 4, 6.
+int _waccess(const wchar_t* path, int mode);
+
 #define wcslen qorgen_wcslen
 #define wcsnlen qorgen_wcsnlen
 #define wcscpy qorgen_wcscpy
@@ -197,5 +243,14 @@ void _wmakepath(wchar_t* path, const wchar_t* drive, const wchar_t* folder, cons
 #define swprintf qorgen_swprintf
 #define vswprintf qorgen_vswprintf
 #define wcsftime qorgen_wcsftime
+#define fgets qorgen_fgets
+#define fputs qorgen_fputs
+#define fgetws qorgen_fgetws
+#define fputws qorgen_fputws
+#define fgetwc qorgen_fgetwc
+#define fputwc qorgen_fputwc
+#define ungetwc qorgen_ungetwc
+#define fwprintf qorgen_fwprintf
+#define vfwprintf qorgen_vfwprintf
 
 #endif

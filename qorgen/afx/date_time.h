@@ -11,6 +11,7 @@
 #include <ctime>
 
 #include "qorgen/afx/string.h"
+#include "qorgen/platform/automation.h"
 #include "qorgen/platform/export.h"
 #include "qorgen/platform/time.h"
 
@@ -92,10 +93,13 @@ class QORGEN_API COleDateTime {
   COleDateTime(int year, int month, int day, int hour, int minute, int second) noexcept {
     SetDateTime(year, month, day, hour, minute, second);
   }
+  // VT_DATE as it is, VT_NULL the null status, other types through VariantChangeType; else invalid.
+  COleDateTime(const VARIANT& value) noexcept { *this = value; }
 
   COleDateTime& operator=(DATE date) noexcept;
   COleDateTime& operator=(__time64_t time) noexcept;
   COleDateTime& operator=(const SYSTEMTIME& time) noexcept;
+  COleDateTime& operator=(const VARIANT& value) noexcept;
 
   DateTimeStatus GetStatus() const noexcept { return m_status; }
   void SetStatus(DateTimeStatus status) noexcept { m_status = status; }
@@ -122,6 +126,14 @@ class QORGEN_API COleDateTime {
   int SetTime(int hour, int minute, int second) noexcept {
     return SetDateTime(1899, 12, 30, hour, minute, second);
   }
+
+  // Reads a text as VarDateFromStr does. True and valid on success; false and invalid otherwise, with DATE 0
+  // for a text that is no date and -1 for any other failure. A null text counts as empty.
+  bool ParseDateTime(const wchar_t* text, ULONG flags = 0, LCID locale = LOCALE_USER_DEFAULT) noexcept;
+
+  // The text by wcsftime's format. Empty for a null status, "Invalid DateTime" for an invalid one and for a
+  // number out of range; empty for a null or empty format and for one that wcsftime refuses.
+  CString Format(const wchar_t* format) const;
 
   operator DATE() const noexcept { return m_dt; }
 

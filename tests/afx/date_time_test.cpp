@@ -136,6 +136,63 @@ TEST(OleDateTime, ResultsKeepTheWorstStatus) {
             (COleDateTime(9999, 12, 31, 0, 0, 0) - COleDateTime(100, 1, 1, 0, 0, 0)).GetStatus());
 }
 
+TEST(OleDateTime, FormatByStatus) {
+  COleDateTime date(2024, 3, 5, 13, 5, 9);
+  const struct {
+    const wchar_t* format;
+    const wchar_t* text;
+  } rows[] = {
+      {L"%Y/%m/%d", L"2024/03/05"},
+      {L"%Y/%m/%d %H:%M:%S", L"2024/03/05 13:05:09"},
+      {L"%H:/%MK:%S", L"13:/05K:09"},
+      {L"%y年%j日 %w", L"24年065日 2"},
+      {L"100%%", L"100%"},
+      {L"", L""},
+      {nullptr, L""},
+  };
+  for (const auto& row : rows) EXPECT_TEXT(row.text, date.Format(row.format));
+  CString pattern;
+  for (int i = 0; i < 1000; ++i) pattern.Append(L"%Y");
+  EXPECT_EQ(4000, date.Format(pattern).GetLength());
+  EXPECT_TEXT(L"1800/01/02", COleDateTime(1800, 1, 2, 0, 0, 0).Format(L"%Y/%m/%d"));
+  EXPECT_TEXT(L"0100/01/01", COleDateTime(100, 1, 1, 0, 0, 0).Format(L"%Y/%m/%d"));
+  date.SetStatus(COleDateTime::null);
+  EXPECT_TEXT(L"", date.Format(L"%Y"));
+  date.SetStatus(COleDateTime::invalid);
+  EXPECT_TEXT(L"Invalid DateTime", date.Format(L"%Y"));
+  date.m_dt = 1e9;
+  date.SetStatus(COleDateTime::valid);
+  EXPECT_TEXT(L"Invalid DateTime", date.Format(L"%Y"));
+}
+
+TEST(OleDateTime, ParsesText) {
+  COleDateTime date;
+  EXPECT_TRUE(date.ParseDateTime(L"2024/3/5 13:05:09"));
+  EXPECT_TRUE(date == COleDateTime(2024, 3, 5, 13, 5, 9));
+  EXPECT_FALSE(date.ParseDateTime(L"no date"));
+  EXPECT_EQ(COleDateTime::invalid, date.GetStatus());
+  EXPECT_EQ(0.0, date.m_dt);
+  EXPECT_FALSE(date.ParseDateTime(nullptr));
+}
+
+TEST(OleDateTime, FromAVariant) {
+  VARIANT value;
+  VariantInit(&value);
+  value.vt = VT_DATE;
+  value.date = 45356.5;
+  EXPECT_EQ(45356.5, COleDateTime(value).m_dt);
+  value.vt = VT_NULL;
+  EXPECT_EQ(COleDateTime::null, COleDateTime(value).GetStatus());
+  value.vt = VT_BSTR;
+  value.bstrVal = SysAllocString(L"2024/3/5");
+  EXPECT_EQ(45356.0, COleDateTime(value).m_dt);
+  VariantClear(&value);
+  value.vt = VT_BSTR;
+  value.bstrVal = SysAllocString(L"?");
+  EXPECT_EQ(COleDateTime::invalid, COleDateTime(value).GetStatus());
+  VariantClear(&value);
+}
+
 TEST(OleDateTimeSpan, WholeUnitsByTheHalfSecondRule) {
   const double second = 1.0 / 86400;
   const struct {

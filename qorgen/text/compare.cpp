@@ -1,5 +1,6 @@
 // Comparison and matching.
 
+#include "qorgen/afx/array.h"
 #include "qorgen/text/find_text.h"
 #include "qorgen/text/keys.h"
 #include "qorgen/text/string_util.h"
@@ -91,4 +92,22 @@ int CQorStringUtil::CompareStringW(const wchar_t* a, const wchar_t* b) {
   const auto left = static_cast<Unit>(*a);
   const auto right = static_cast<Unit>(*b);
   return left < right ? -1 : left > right ? 1 : 0;
+}
+
+int CQorStringUtil::IsMatch(const wchar_t* text, CStringArray& patterns, int fold) {
+  if (text == nullptr || IsSpace(text) != 0 || patterns.IsEmpty()) return 0;
+  const auto matches = [&](const auto& every) {
+    for (std::intptr_t i = 0; i < patterns.GetSize(); ++i) {
+      if (!every(patterns[i])) return 0;
+    }
+    return 1;
+  };
+  if (fold == 0) {
+    return matches(
+        [&](const wchar_t* pattern) { return StrCompare(text, pattern, STRCOMPARE_CONTAINS) != 0; });
+  }
+  const Folded folded_text(ViewOf(text), CompareFold);
+  return matches([&](const wchar_t* pattern) {
+    return Compare(folded_text.Get(), Folded(ViewOf(pattern), CompareFold).Get(), STRCOMPARE_CONTAINS);
+  });
 }

@@ -22,7 +22,6 @@
 #include "qorgen/platform/export.h"
 #include "qorgen/text/char_type.h"
 
-class COleDateTime;
 class CStringArray;
 
 class QORGEN_API CQorStringUtil {
@@ -119,4 +118,84 @@ class QORGEN_API CQorStringUtil {
 
   // -1, 0 or 1 by unsigned unit values: the library's order of keys. Neither text may be null.
   static int CompareStringW(const wchar_t* a, const wchar_t* b);
+
+  // Whether the text contains every pattern, after folding as above if `fold` is nonzero. 0 for a null or
+  // blank text and for no patterns; an empty pattern fails the whole match. The text itself is searched
+  // untrimmed.
+  static int IsMatch(const wchar_t* text, CStringArray& patterns, int fold);
+
+  // ---- Vertical writing
+  // --------------------------------------------------------------------------------------------- Full width,
+  // with numerals for columns. `dest` holds the length of `src`, plus 1; the int forms give the length of the
+  // result.
+
+  // Digits as 〇一二三四五六七八九, dashes as ー: "12-3" -> "一二ー三".
+  static int ToColumnarWritingChineseNumerals(wchar_t* dest, const wchar_t* src);
+  static wchar_t* ToColumnarWritingChineseNumerals(const wchar_t* src);
+
+  // Full-width digits, dashes as ―: "12-3" -> "１２―３".
+  static int ToColumnarWritingWideNumerals(wchar_t* dest, const wchar_t* src);
+  static wchar_t* ToColumnarWritingWideNumerals(const wchar_t* src);
+
+  // ---- Line breaks as marks
+  // ----------------------------------------------------------------------------------------- The mark is
+  // "&n" if `ampersand` is nonzero, else a backslash and "n". Only the lines from 0 to `lastLine` are kept; a
+  // negative `lastLine` keeps none. Null makes `dest` empty; `text` may be what `dest` holds.
+
+  // CR LF, CR and LF each become a mark.
+  static void GetEncodeString(const wchar_t* text, CString& dest, int lastLine, int ampersand);
+
+  // CR and LF go; marks become CR LF.
+  static void GetDecodeString(const wchar_t* text, CString& dest, int lastLine, int ampersand);
+
+  // ---- White space and lines
+  // ---------------------------------------------------------------------------------------- White space is
+  // the platform's: U+0009..U+000D, U+0085 and the spaces of Unicode, U+3000 among them.
+
+  // Splits at runs of white space. Leading white space makes an empty first part; trailing makes none. 1, or
+  // 0 with no parts for a null or blank text. (Nothing process-wide is changed: no locale is given to any
+  // stream.)
+  static int SplitSpace(const wchar_t* text, CStringArray& parts);
+
+  // Each CR LF becomes a space; a lone CR or LF stays. Null makes `dest` empty.
+  static void ReturnToSpace(const wchar_t* text, CString& dest);
+
+  // Appends a line, with a space and LF before it unless `text` is still empty. With a nonzero `always` the
+  // separator comes there too, and also for a null or empty line, which else appends nothing.
+  static void AddStringNewLine(CString& text, const wchar_t* line, int always);
+
+  // 1 if the text is null, empty or only white space.
+  static int IsSpace(const wchar_t* text);
+
+  // 1 if the text, trimmed, is an integer of 32 bits in the form that ToString gives: not "012", "+5" or
+  // "-0".
+  static int IsNumber(const wchar_t* text);
+
+  // ---- Buffers and characters
+  // --------------------------------------------------------------------------------------- `capacity` counts
+  // units with the terminator; 0 writes nothing. A null source counts as empty.
+
+  // Copies what fits and fills the rest of the buffer with terminators. Gives `dest`.
+  static wchar_t* CopyString(wchar_t* dest, const wchar_t* src, unsigned int capacity);
+
+  // Appends a number inside `width` units, cutting the text before it if need be, and ends the buffer at
+  // dest[width]: "ABCDEFGH", 12, 8 -> "ABCDEF12". 1, or 0 with `dest` untouched if the number alone is wider.
+  static int AttachToStr(wchar_t* dest, long value, long width);
+
+  // Copies `text` without `prefix`, if it begins with that; else all of it, as CopyString does.
+  static void RemovePrefixStr(wchar_t* dest, const wchar_t* text, const wchar_t* prefix,
+                              unsigned int capacity);
+
+  // Deletes `count` characters from `index`, both clamped to the text. Gives the new length.
+  static long Delete(CString& text, long index, long count);
+
+  // The index of the first `c`, or -1; the terminator and a null text have none.
+  static int FindChar(const wchar_t* text, wchar_t c);
+
+  // A new text of the one character at `index`; empty if that lies outside the text, null for null.
+  static wchar_t* GetChar(const wchar_t* text, int index);
+
+  // The length in units, one operation under two names; 0 for null.
+  static int GetStringCount(const wchar_t* text);
+  static long GetStringLen(const wchar_t* text);
 };

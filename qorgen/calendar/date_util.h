@@ -107,8 +107,8 @@ class QORGEN_API CQorDateUtil {
   // with only one run of digits is the year whatever the style. "R2" gives 2020, "H31" 2019, "200" 0.
   static short ToSeireki(const wchar_t* pszText, const QORDATE& date, unsigned int nStyle);
 
-  // Imported date text, day first: "01/02/2021", "1-2-R3", "01/02/R03", "010203", "1日2月令和3年". 1 and the
-  // date assigned to `date`, or 0 and `date` left alone.
+  // Imported date text, day first: "01/02/2021", "1-2-R3", "01/02/R03", "010203", "01日02月令和3年". 1 and
+  // the date assigned to `date`, or 0 and `date` left alone.
   //
   // Day and month are one or two characters, digits or white space that counts as 0 (the platform's
   // wide-character class), with at most one "/" or "-" behind. A year of four digits is Gregorian, of one to

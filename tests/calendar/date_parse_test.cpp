@@ -1,0 +1,358 @@
+// Date text read back, and the dates of import files.
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "qorgen/afx/memory.h"
+#include "qorgen/calendar/date_util.h"
+
+#include "tests/support/text.h"
+
+using qorgen::tests::TakeUtf8;
+using qorgen::tests::Utf8;
+
+namespace {
+
+int Fields(const QORDATE& date) {
+  return date.year * 10000 + date.month * 100 + date.day;
+}
+
+// The five results of cutting a text, "-" where a part was not found.
+std::string Cut(const wchar_t* text, unsigned style, const QORDATE& date) {
+  wchar_t* parts[4] = {};
+  const int found =
+      CQorDateUtil::ExtractPlainString(text, &parts[0], &parts[1], &parts[2], &parts[3], style, date);
+  EXPECT_EQ(CQorDateUtil::ExtractPlainString(text, nullptr, nullptr, nullptr, nullptr, style, date), found);
+  std::string result = std::to_string(found);
+  for (wchar_t* part : parts) {
+    result += '|';
+    result += part == nullptr ? "-" : TakeUtf8(part);
+  }
+  return result;
+}
+
+TEST(DateParse, CuttingFromTheRight) {
+  struct Row {
+    const wchar_t* text;
+    unsigned style;
+    QORDATE date;
+    const char* parts;  // found, era, year, month, day
+  };
+  const QORDATE none;
+  const QORDATE day(6, 5, 2024);
+  const Row rows[] = {
+      {nullptr, 0x700, day, "0|-|-|-|-"},
+      {L"", 0x700, day, "0|-|-|-|-"},
+      {L"//", 0x700, day, "0|-|-|-|-"},
+      {L"20190305", 0x700, none, "3|-|2019|03|05"},
+      {L"2019/3/5", 0x700, none, "3|-|2019|03|05"},
+      {L"2019年3月5日(火)", 0x700, none, "3|-|2019|03|05"},
+      {L"2019 3 5", 0x700, none, "3|-|2019|03|05"},
+      {L"2019 3 5", 0x100700, none, "3|-|2019| 3| 5"},
+      {L"20190300", 0x100700, none, "3|-|2019| 3|  "},
+      {L"19/3/5", 0x700, none, "3|-|0019|03|05"},
+      {L"19/3/5", 0x700, day, "3|-|2019|03|05"},
+      {L"9/3/5", 0x700, QORDATE(1, 1, 32767), "3|-|2769|03|05"},
+      {L"9/3/5", 0x700, QORDATE(1, 1, -5), "3|-|0009|03|05"},
+      {L" 9", 0x400, day, "1|-|2009|-|-"},
+      {L"1 9", 0x400, none, "1|-|0109|-|-"},
+      {L"H31/3/5", 0x700, day, "4|H|0031|03|05"},
+      {L"h31/3/5", 0x700, day, "4|H|0031|03|05"},
+      {L"平成31年3月5日", 0x700, day, "4|H|0031|03|05"},
+      {L"31年3月5日 令和", 0x700, day, "4|R|0031|03|05"},
+      {L"昭和R", 0x700, day, "1|S|-|-|-"},  // the first row of the table, not of the text
+      {L"RS", 0x700, day, "1|S|-|-|-"},
+      {L"unfl", 0x700, day, "1|U|-|-|-"},
+      {L"平 成1", 0x700, day, "1|-|-|-|01"},
+      {L"Ｒ1", 0x700, day, "1|-|-|-|01"},
+      {L"3/5", 0x300, day, "2|-|-|03|05"},
+      {L"3/5", 0x100, day, "1|-|-|-|05"},
+      {L"3/5", 0, day, "0|-|-|-|-"},
+      {L"１２", 0x700, day, "0|-|-|-|-"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(Cut(row.text, row.style, row.date), row.parts)
+        << Utf8(row.text) << std::hex << " " << row.style;
+  }
+}
+
+TEST(DateParse, CompletedDigits) {
+  struct Row {
+    const wchar_t* text;
+    unsigned style;
+    QORDATE date;
+    const char* digits;
+  };
+  const QORDATE none;
+  const QORDATE day(6, 5, 2024);
+  const Row rows[] = {
+      {nullptr, 0x700, day, "(null)"},
+      {L"", 0x700, day, "(null)"},
+      {L"x", 0x700, day, "(null)"},
+      {L"1/2", 0x300, day, "20240102"},
+      {L"1/2", 0x700, day, "20240102"},
+      {L"7", 0x100, day, "20240507"},
+      {L"7", 0x200, day, "20240706"},
+      {L"19", 0x400, day, "20190506"},
+      {L"1/2", 0x300, none, "00000102"},
+      {L"H31/3/5", 0x700, day, "20190305"},
+      {L"昭和64.1.7", 0x700, none, "19890107"},
+      {L"T15", 0x400, day, "19260506"},
+      {L"3", 0x401, QORDATE(6, 5, 2024), "20210506"},
+      {L"3", 0x401, QORDATE(6, 5, 2010), "20110506"},  // tens of Heisei 22
+      {L"30/1/2", 0x701, QORDATE(6, 5, 2010), "20180102"},
+      {L"30/1/2", 0x701, none, "20180102"},
+      {L"2019/1/2", 0x701, none, "20190102"},
+      {L"119/1/2", 0x701, none, "00000102"},
+      {L"O99/1/2", 0x700, none, "327670102"},
+      {L"1/2", 0x100300, day, "2024 1 2"},
+  };
+  for (const Row& row : rows) {
+    int length = 77;
+    const std::string digits = TakeUtf8(CQorDateUtil::ParseString(row.text, row.style, row.date, &length));
+    EXPECT_EQ(digits, row.digits) << Utf8(row.text) << std::hex << " " << row.style;
+    EXPECT_EQ(length, digits == "(null)" ? 77 : static_cast<int>(digits.size()));
+  }
+}
+
+TEST(DateParse, DigitsOnly) {
+  int length = 77;
+  EXPECT_EQ(CQorDateUtil::ParseString(nullptr, &length), nullptr);
+  EXPECT_EQ(CQorDateUtil::ParseString(L"", &length), nullptr);
+  EXPECT_EQ(length, 77);
+  EXPECT_EQ(TakeUtf8(CQorDateUtil::ParseString(L" 2019年3-5１", &length)), "201935");
+  EXPECT_EQ(length, 6);
+  EXPECT_EQ(TakeUtf8(CQorDateUtil::ParseString(L"abc", nullptr)), "");
+  EXPECT_EQ(CQorDateUtil::ParseStringLength(nullptr), 0);
+  EXPECT_EQ(CQorDateUtil::ParseStringLength(L" 20-19/"), 5);
+}
+
+TEST(DateParse, ToDate) {
+  struct Row {
+    const wchar_t* text;
+    int fields;
+  };
+  const Row rows[] = {
+      {nullptr, 0},
+      {L"", 0},
+      {L"abc", 0},
+      {L"20190305", 20190305},
+      {L"2019/03/05", 20190305},
+      {L"2019 3 5", 20190305},
+      {L"0305", 305},
+      {L"5", 5},
+      {L"12345678901234", 78901234},
+      {L"00000000", 0},
+      {L"99999999", 99999999},
+  };
+  for (const Row& row : rows) EXPECT_EQ(Fields(CQorDateUtil::ToDate(row.text)), row.fields) << Utf8(row.text);
+  EXPECT_EQ(Fields(CQorDateUtil::ToDate(L"R3.2.1", 0x700, QORDATE())), 20210201);
+  EXPECT_EQ(CQorDateUtil::ToDate(L"", 0x700, QORDATE(1, 1, 2000)).IsEmpty(), 1);
+  EXPECT_EQ(CQorDateUtil::ToDate(nullptr, 0x700, QORDATE(1, 1, 2000)).IsEmpty(), 1);
+  EXPECT_EQ(CQorDateUtil::ToMonth(L"12"), 12);
+  EXPECT_EQ(CQorDateUtil::ToDay(L"-3"), -3);
+  EXPECT_EQ(CQorDateUtil::ToDay(nullptr), 0);
+  EXPECT_EQ(CQorDateUtil::ToYear(L"2019"), static_cast<char>(2019 & 0xFF));
+}
+
+TEST(DateParse, YearsTyped) {
+  struct Row {
+    const wchar_t* text;
+    unsigned style;
+    QORDATE date;
+    int year;
+  };
+  const QORDATE none;
+  const Row rows[] = {
+      {L"R2", 0x400, none, 2020},
+      {L"R2", 0x700, none, 2020},
+      {L"H31", 0x401, none, 2019},
+      {L"1999", 0x700, none, 1999},
+      {L"200", 0x400, none, 0},
+      {L"200", 0x700, none, 0},
+      {L"100", 0x400, none, 0},
+      {L"0", 0x400, none, 0},
+      {L"99", 0x400, none, 2087},
+      {L"5", 0x400, none, 1993},
+      {L"令和3年2月1日", 0x700, none, 2021},
+      {L"R3/2/1", 0x600, none, 2020},
+      {L"3/5", 0x700, none, 0},
+      {L"", 0x400, none, 0},
+      {nullptr, 0x400, none, 0},
+      {L"R", 0x400, none, 0},
+      {L"5", 0x400, QORDATE(1, 1, 1980), 1980},
+      {L"5", 0x700, QORDATE(1, 1, 1989), 1990},  // Showa 64: 65
+      {L"5", 0x700, QORDATE(8, 1, 1989), 1993},
+      {L"5", 0x400, QORDATE(8, 1, 1989), 1990},  // without month and day the first of January
+      {L"15", 0x700, QORDATE(8, 1, 1989), 2003},
+      {L"5", 0x400, QORDATE(1, 1, -1), 0},
+      {L"U5", 0x400, none, 4},
+      {L"O99", 0x400, none, 32767},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(CQorDateUtil::ToSeireki(row.text, row.date, row.style), row.year)
+        << Utf8(row.text) << std::hex << " " << row.style << " " << row.date.ToLongDate();
+  }
+}
+
+TEST(DateParse, OutOfLength) {
+  struct Row {
+    const wchar_t* text;
+    unsigned style;
+    int result;
+  };
+  const Row rows[] = {
+      {nullptr, 0x700, 0},      {L"", 0x700, 0},           {L"12345678", 0x700, -1}, {L"x12345678", 0x700, 0},
+      {L"123456789", 0x700, 0}, {L"1234567890", 0x700, 1}, {L"x123456", 0x701, 0},   {L"x1234", 0x601, 0},
+      {L"x123456", 0x600, 0},   {L"x1234", 0x400, 0},      {L"x12", 0x401, 0},       {L"x1234", 0x300, 0},
+      {L"x1234", 0x301, 0},     {L"x12", 0x200, 0},        {L"x12", 0x201, 0},       {L"x12", 0x100, 0},
+      {L"x12", 0x101, 0},       {L"x1", 0x500, 1},         {L"x", 0x500, 0},         {L"x12", 0xF00, 1},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(CQorDateUtil::OutOfLength(row.text, row.style), row.result)
+        << Utf8(row.text) << " " << row.style;
+  }
+}
+
+TEST(ImportDate, Texts) {
+  constexpr int kRefused = -1;
+  struct Row {
+    const wchar_t* text;
+    int fields;
+  };
+  const Row rows[] = {
+      {L"01/02/R03", 20210201},
+      {L"01/02/03", 20210201},
+      {L"01/02/00", 20000201},
+      {L"01/02/2021", 20210201},
+      {L"01-02-2021", 20210201},
+      {L"01022021", 20210201},
+      {L"1/2/2021", 20210201},
+      {L"1/2/R3", 20210201},
+      {L"1/2/r.3", 20210201},
+      {L"1日2月R.3年", kRefused},  // the day's sign goes, and leaves the day 12
+      {L"01日02月令和03年", 20210201},
+      {L"01日02月令和.3", 20210201},
+      {L"08/01/平成1", 19890108},
+      {L"08/01/H01", 19890108},
+      {L"07/01/H01", kRefused},
+      {L"07/01/S64", 19890107},
+      {L"08/01/S64", kRefused},
+      {L"01/05/31", 20490501},
+      {L"01/02/H31", 20190201},
+      {L"01/06/H31", kRefused},
+      {L"01/02/T15", 19260201},
+      {L"01/02/M45", 19120201},
+      {L"01/02/M31", kRefused},  // 1898: before what the object completes
+      {L"01/02/R0", kRefused},
+      {L"01/02/950", 19500201},
+      {L"01/02/123", 21230201},
+      {L"01/02/0099", kRefused},
+      {L"01/02/0100", 21000201},
+      {L"01/02/99", 21170201},
+      {L"01/02/20219", 20210201},
+      {L"01/02/2021 10:00", 20210201},
+      {L" \t　01/02/2021　\r\n", 20210201},
+      {L" 1/ 2/2021", 20210201},
+      {L"1 /02/2021", 20210210},
+      {L"01/ 2/2021", 20210201},
+      {L"01/02/ 21", 20390201},
+      {L"29/02/2024", 20240229},
+      {L"29/02/2023", kRefused},
+      {L"32/01/2021", kRefused},
+      {L"01/13/2021", kRefused},
+      {L"99/99/9999", kRefused},
+      {L"00/01/2021", 0},
+      {L"00/00/0000", 0},
+      {L"01//02/2021", kRefused},
+      {L"", kRefused},
+      {nullptr, kRefused},
+      {L"   ", kRefused},
+      {L"日", kRefused},
+      {L"0", kRefused},
+      {L"01", kRefused},
+      {L"01/", kRefused},
+      {L"01/02", kRefused},
+      {L"01/02/", kRefused},
+      {L"01/02/x", kRefused},
+      {L"01/02/R", kRefused},
+      {L"01/02/令", kRefused},
+      {L"01/02/令和元年", kRefused},
+      {L"x1/02/2021", kRefused},
+      {L"０１/02/2021", kRefused},
+      {L"2021/02/01", kRefused},
+  };
+  for (const Row& row : rows) {
+    CQorDate date(QORDATE(5, 3, 2019));
+    const int result = CQorDateUtil::GetDateFromImpStr(row.text, date);
+    EXPECT_EQ(result, row.fields == kRefused ? 0 : 1) << Utf8(row.text);
+    EXPECT_EQ(Fields(date.ToQORDATE()), row.fields == kRefused ? 20190305 : row.fields) << Utf8(row.text);
+  }
+}
+
+TEST(ImportDate, RangeOfTheObjectDecides) {
+  CQorDate date(QORDATE(5, 3, 2019));
+  date.SetMinMax(QORDATE(1, 1, 2019), QORDATE(31, 12, 2020));
+  EXPECT_EQ(CQorDateUtil::GetDateFromImpStr(L"31/12/2018", date), 0);
+  EXPECT_EQ(CQorDateUtil::GetDateFromImpStr(L"31/12/2020", date), 1);
+  date.SetStyle(0);
+  EXPECT_EQ(CQorDateUtil::GetDateFromImpStr(L"00/12/2020", date), 0);
+  EXPECT_EQ(Fields(date.ToQORDATE()), 20201231);
+  // A Gregorian year that the object doesn't complete passes its check, and the object stays as it was.
+  CQorDate early(QORDATE(5, 3, 2019));
+  EXPECT_EQ(CQorDateUtil::GetDateFromImpStr(L"01/02/1868", early), 1);
+  EXPECT_EQ(Fields(early.ToQORDATE()), 20190305);
+}
+
+TEST(ImportDate, EveryDayOfTheCalendar) {
+  CQorDate date;
+  const wchar_t* const letters = L"MTSHR";
+  for (QORDATE day(1, 1, 1899); day < QORDATE(1, 1, 2088); day.IncDay()) {
+    CString text;
+    text.Format(L"%02d/%02d/%04d", day.day, day.month, day.year);
+    ASSERT_EQ(CQorDateUtil::GetDateFromImpStr(text, date), 1) << Utf8(text);
+    ASSERT_EQ(date.ToQORDATE().ToLongDate(), day.ToLongDate()) << Utf8(text);
+    int era = 0;
+    const int year = date.GetWareki(&era);
+    text.Format(L"%02d日%02d月%c%02d年", day.day, day.month, letters[era], year);
+    text.Replace(L"日", L"");
+    date = QORDATE(5, 3, 2019);
+    ASSERT_EQ(CQorDateUtil::GetDateFromImpStr(text, date), 1) << Utf8(text);
+    ASSERT_EQ(date.ToQORDATE().ToLongDate(), day.ToLongDate()) << Utf8(text);
+  }
+}
+
+TEST(ImportDateTime, ReversedOrder) {
+  struct Row {
+    const wchar_t* text;
+    int date;  // -1 where refused
+    int time;
+  };
+  const Row rows[] = {
+      {L"30:20:10|05-03-2019", 20190305, 102030},
+      {L"30/20/10/05/03/H31", 20190305, 102030},
+      {L"302010050319", 20370305, 102030},
+      {L" 30:20:10/05/03/r.1 ", 20190305, 102030},
+      {L"99:99:99/99/99/9999", 99999999, 999999},
+      {L"00:00:00/00/00/0000", 0, 0},
+      {L"30:20:10|05-03-", -1, 0},
+      {L"30:20:10|05", -1, 0},
+      {L"30:20", -1, 0},
+      {L"30:20:10|05月03月2019", -1, 0},
+      {L"", -1, 0},
+      {nullptr, -1, 0},
+      {L"x", -1, 0},
+  };
+  for (const Row& row : rows) {
+    QORDATETIME value(1, 2, 3);
+    const int result = CQorDateUtil::GetDateTimeFromImpStr(row.text, value);
+    EXPECT_EQ(result, row.date < 0 ? 0 : 1) << Utf8(row.text);
+    EXPECT_EQ(value.year * 10000 + value.month * 100 + value.day, row.date < 0 ? 0 : row.date)
+        << Utf8(row.text);
+    EXPECT_EQ(value.hour * 10000 + value.minute * 100 + value.second, row.date < 0 ? 10203 : row.time)
+        << Utf8(row.text);
+  }
+}
+
+}  // namespace

@@ -4,7 +4,7 @@
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace qorgen::tests {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 #include <cstring>
 

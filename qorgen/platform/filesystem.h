@@ -111,8 +111,8 @@ static_assert(sizeof(LARGE_INTEGER) == 8 && sizeof(WIN32_FILE_ATTRIBUTE_DATA) ==
 // --- Open files
 // -----------------------------------------------------------------------------------------------
 
-// Share modes hold between the handles of this process (streams of the C runtime take no part), byte-range
-// locks between those and, as advisory locks, other processes. A new file gets 0666 less the process's mask.
+// Share modes hold between the handles and streams of this process, byte-range locks between those and, as
+// advisory locks, other processes. A new file gets 0666 less the process's mask.
 // A folder opens with FILE_FLAG_BACKUP_SEMANTICS only. A file to be deleted on close goes when its last
 // handle does.
 HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security, DWORD disposition,

@@ -1,0 +1,43 @@
+// A device that is always full stands for a full disk.
+
+#include <gtest/gtest.h>
+
+#include "qorgen/afx/stdio_file.h"
+
+namespace qorgen::tests {
+namespace {
+
+template <class Action>
+int CauseOf(Action action) {
+  try {
+    action();
+  } catch (CFileException* thrown) {
+    const int cause = thrown->m_cause;
+    thrown->Delete();
+    return cause;
+  }
+  return CFileException::none;
+}
+
+TEST(FullDisk, IsTheCauseWhereverItShows) {
+  constexpr unsigned int kFlags = CFile::modeWrite | CFile::shareDenyNone;
+  CFile file(L"/dev/full", kFlags);
+  EXPECT_EQ(CauseOf([&] { file.Write("x", 1); }), CFileException::diskFull);
+
+  CStdioFile flushed(L"/dev/full", kFlags);
+  flushed.WriteString(L"x");
+  EXPECT_EQ(CauseOf([&] { flushed.Flush(); }), CFileException::diskFull);
+  flushed.Abort();
+  CStdioFile closed(L"/dev/full", kFlags);
+  closed.Write("x", 1);
+  EXPECT_EQ(CauseOf([&] { closed.Close(); }), CFileException::diskFull);
+  CStdioFile large(L"/dev/full", kFlags);
+  const CString text(L'x', 1000000);
+  EXPECT_EQ(CauseOf([&] { large.WriteString(text); }), CFileException::diskFull);
+  CStdioFile raw(L"/dev/full", kFlags);
+  const std::string bytes(1000000, 'x');
+  EXPECT_EQ(CauseOf([&] { raw.Write(bytes.data(), 1000000); }), CFileException::diskFull);
+}
+
+}  // namespace
+}  // namespace qorgen::tests

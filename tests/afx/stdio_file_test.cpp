@@ -1,0 +1,228 @@
+#include "qorgen/afx/stdio_file.h"
+
+#include <gtest/gtest.h>
+
+#include "qorgen/platform/crt.h"
+#include "qorgen/platform/error.h"
+#include "qorgen/platform/filesystem.h"
+
+#include "tests/support/scratch_folder.h"
+#include "tests/support/text.h"
+#include "tests/support/throws.h"
+
+namespace qorgen::tests {
+namespace {
+
+constexpr unsigned int kCreateText = CFile::modeCreate | CFile::modeWrite | CFile::typeText;
+
+TEST(CStdioFile, WritesTextWithCrLfInTheAnsiCodePage) {
+  ScratchFolder scratch;
+  CStdioFile file(scratch.Path(L"a.txt"), kCreateText);
+  file.WriteString(L"仕訳\nｱ\n");
+  file.WriteString(nullptr);
+  file.WriteString(L"end");
+  EXPECT_EQ(file.GetLength(), 12u);
+  EXPECT_EQ(file.GetPosition(), 12u);
+  file.Close();
+  EXPECT_EQ(GetFile(scratch.Path(L"a.txt")), "\x8E\x64\x96\xF3\r\n\xB1\r\nend");
+}
+
+TEST(CStdioFile, ReadsLinesOfEveryLengthAndKind) {
+  ScratchFolder scratch;
+  std::string longLine;
+  for (int i = 0; i < 100000; ++i) longLine += static_cast<char>('a' + i % 26);
+  std::string rows[] = {"",
+                        "short",
+                        std::string(126, 'x'),
+                        std::string(127, 'x'),
+                        std::string(128, 'x'),
+                        std::string(129, 'x'),
+                        longLine,
+                        std::string("nul\0inside", 10),
+                        std::string(127, 'y') + std::string("\0\0", 2),
+                        "\xE5\xB8\xB3\xE7\xB0\xBF \xF0\x9F\x93\x84",
+                        "last"};
+  for (const char* lineEnd : {"\r\n", "\n"}) {
+    std::string bytes;
+    for (const std::string& row : rows) bytes += row + (&row == std::end(rows) - 1 ? "" : lineEnd);
+    ASSERT_TRUE(PutFile(scratch.Path(L"a"), bytes));
+    FILE* stream = _wfopen(scratch.Path(L"a"), L"rt,ccs=UTF-8");
+    ASSERT_NE(stream, nullptr);
+    CStdioFile file(stream);
+    CString line = L"before";
+    const CString shared = line;
+    for (const std::string& row : rows) {
+      ASSERT_EQ(file.ReadString(line), 1);
+      const CString expected(line.GetString(), line.GetLength());
+      // Zero characters would end the comparison.
+      std::string text;
+      for (int i = 0, start = 0; i <= line.GetLength(); ++i) {
+        if (i < line.GetLength() && line[i] != 0) continue;
+        text += Utf8(line.Mid(start, i - start));
+        if (i < line.GetLength()) text += '\0';
+        start = i + 1;
+      }
+      EXPECT_EQ(text, row);
+    }
+    EXPECT_EQ(file.ReadString(line), 0);
+    EXPECT_TEXT(L"", line);
+    EXPECT_TEXT(L"before", shared);
+    file.SeekToBegin();
+    EXPECT_EQ(file.ReadString(line), 1);
+    file.Close();
+  }
+}
+
+TEST(CStdioFile, ALineReusesTheBlockOfItsString) {
+  ScratchFolder scratch;
+  ASSERT_TRUE(PutFile(scratch.Path(L"a"), std::string(5000, 'x') + "\nsecond\nthird\n"));
+  CStdioFile file(scratch.Path(L"a"), CFile::modeRead);
+  CString line;
+  ASSERT_TRUE(file.ReadString(line));
+  EXPECT_EQ(line.GetLength(), 5000);
+  const wchar_t* block = line;
+  ASSERT_TRUE(file.ReadString(line));
+  EXPECT_TEXT(L"second", line);
+  EXPECT_EQ(static_cast<const wchar_t*>(line), block);
+}
+
+TEST(CStdioFile, BufferFormOfReadString) {
+  ScratchFolder scratch;
+  ASSERT_TRUE(PutFile(scratch.Path(L"a"), "abc\r\nde"));
+  CStdioFile file(scratch.Path(L"a"), CFile::modeRead);
+  wchar_t buffer[4] = {L'#', L'#', L'#', L'#'};
+  EXPECT_EQ(file.ReadString(nullptr, 4), nullptr);
+  EXPECT_EQ(file.ReadString(buffer, 0), nullptr);
+  const wchar_t* pieces[] = {L"abc", L"\n", L"de"};
+  for (const wchar_t* piece : pieces) {
+    EXPECT_EQ(file.ReadString(buffer, 4), buffer);
+    EXPECT_TEXT(piece, buffer);
+  }
+  EXPECT_EQ(file.ReadString(buffer, 4), nullptr);
+  EXPECT_TEXT(L"de", buffer);
+}
+
+TEST(CStdioFile, PositionsAreByteOffsets) {
+  ScratchFolder scratch;
+  ASSERT_TRUE(PutFile(scratch.Path(L"a"), "\x8E\x64\r\nsecond\r\n"));
+  CStdioFile file(scratch.Path(L"a"), CFile::modeRead);
+  CString line;
+  ASSERT_TRUE(file.ReadString(line));
+  EXPECT_TEXT(L"仕", line);
+  EXPECT_EQ(file.GetPosition(), 4u);
+  EXPECT_EQ(file.GetLength(), 12u);
+  EXPECT_EQ(file.GetPosition(), 4u);
+  ASSERT_TRUE(file.ReadString(line));
+  EXPECT_TEXT(L"second", line);
+  EXPECT_EQ(file.Seek(4, CFile::begin), 4u);
+  ASSERT_TRUE(file.ReadString(line));
+  EXPECT_TEXT(L"second", line);
+  EXPECT_EQ(file.SeekToEnd(), 12u);
+  EXPECT_THROWS_POINTER(file.Seek(-13, CFile::end), CFileException);
+  EXPECT_THROWS_POINTER(file.Seek(0, 3), CFileException);
+}
+
+TEST(CStdioFile, OpenModes) {
+  ScratchFolder scratch;
+  const struct {
+    unsigned int flags;
+    const char* after;  // "X" written where the file was opened, over "old"
+  } rows[] = {
+      {CFile::modeWrite | CFile::typeBinary, "Xld"},
+      {CFile::modeReadWrite | CFile::typeBinary, "Xld"},
+      {CFile::modeCreate | CFile::modeWrite | CFile::typeBinary, "X"},
+      {CFile::modeCreate | CFile::modeReadWrite | CFile::typeText, "X"},
+      {CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite | CFile::typeText, "Xld"},
+      {CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite, "Xld"},
+  };
+  for (const auto& row : rows) {
+    ASSERT_TRUE(PutFile(scratch.Path(L"a"), "old"));
+    CStdioFile file;
+    ASSERT_TRUE(file.Open(scratch.Path(L"a"), row.flags)) << row.flags;
+    file.Write("X", 1);
+    file.Close();
+    EXPECT_EQ(GetFile(scratch.Path(L"a")), row.after) << row.flags;
+  }
+  // Reading and writing in turn, and a new length.
+  CStdioFile file(scratch.Path(L"b"), CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary);
+  file.Write("0123456789", 10);
+  file.SetLength(4);
+  EXPECT_EQ(file.GetLength(), 4u);
+  EXPECT_EQ(file.GetPosition(), 4u);
+  file.SeekToBegin();
+  char text[8];
+  EXPECT_EQ(file.Read(text, sizeof text), 4u);
+  EXPECT_EQ(std::string(text, 4), "0123");
+  EXPECT_EQ(file.Read(text, sizeof text), 0u);
+  CFileStatus status;
+  ASSERT_TRUE(file.GetStatus(status));
+  EXPECT_EQ(status.m_size, 4u);
+  EXPECT_THROWS_POINTER(file.Duplicate(), CNotSupportedException);
+  EXPECT_THROWS_POINTER(file.LockRange(0, 1), CNotSupportedException);
+}
+
+TEST(CStdioFile, FailuresHaveTheirCause) {
+  ScratchFolder scratch;
+  const struct {
+    const wchar_t* path;
+    int cause;
+  } rows[] = {{scratch.Path(L"none"), CFileException::fileNotFound},
+              {scratch.Path(L"none\\a"), CFileException::badPath},
+              {scratch.Path(L""), CFileException::accessDenied}};
+  for (const auto& row : rows) {
+    try {
+      CStdioFile file(row.path, CFile::modeRead);
+      ADD_FAILURE();
+    } catch (CFileException* thrown) {
+      EXPECT_EQ(thrown->m_cause, row.cause);
+      EXPECT_TEXT(row.path, thrown->m_strFileName);
+      thrown->Delete();
+    }
+  }
+  CStdioFile closed;
+  CString line;
+  EXPECT_THROWS_POINTER(closed.ReadString(line), CFileException);
+  EXPECT_THROWS_POINTER(closed.WriteString(L"x"), CFileException);
+  EXPECT_THROWS_POINTER(closed.GetLength(), CFileException);
+  closed.Flush();
+  closed.Close();
+  EXPECT_THROWS_POINTER(CStdioFile(static_cast<FILE*>(nullptr)).GetPosition(), CFileException);
+
+  // A stream for one direction refuses the other.
+  CStdioFile writer(scratch.Path(L"w"), kCreateText);
+  EXPECT_THROWS_POINTER(writer.ReadString(line), CFileException);
+  writer.Close();
+  CStdioFile reader(scratch.Path(L"w"), CFile::modeRead);
+  EXPECT_THROWS_POINTER(reader.WriteString(L"x"), CFileException);
+}
+
+TEST(CStdioFile, ClosesWhatItOpened) {
+  ScratchFolder scratch;
+  {
+    CStdioFile file(scratch.Path(L"a"), kCreateText);
+    file.WriteString(L"kept");
+  }
+  EXPECT_EQ(GetFile(scratch.Path(L"a")), "kept");
+  EXPECT_TRUE(DeleteFileW(scratch.Path(L"a")));
+
+  FILE* stream = _wfopen(scratch.Path(L"b"), L"wb");
+  { const CStdioFile file(stream); }
+  EXPECT_EQ(std::fputc('x', stream), 'x');
+  CStdioFile owner(stream);
+  owner.Close();
+  EXPECT_EQ(GetFile(scratch.Path(L"b")), "x");
+  EXPECT_TRUE(DeleteFileW(scratch.Path(L"b")));
+
+  // A second file for the same object.
+  CStdioFile file(scratch.Path(L"c"), kCreateText);
+  file.WriteString(L"1");
+  ASSERT_TRUE(file.Open(scratch.Path(L"d"), kCreateText));
+  file.WriteString(L"2");
+  EXPECT_TEXT(L"d", file.GetFileName());
+  file.Abort();
+  EXPECT_EQ(GetFile(scratch.Path(L"c")), "1");
+  EXPECT_EQ(GetFile(scratch.Path(L"d")), "2");
+}
+
+}  // namespace
+}  // namespace qorgen::tests

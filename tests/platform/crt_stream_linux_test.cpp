@@ -5,7 +5,7 @@
 
 #include "qorgen/platform/crt.h"
 
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
 
 namespace qorgen::tests {

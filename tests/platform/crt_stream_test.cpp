@@ -8,7 +8,7 @@
 #include "qorgen/platform/filesystem.h"
 #include "qorgen/platform/locale.h"
 
-#include "tests/platform/scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
 
 namespace qorgen::tests {

@@ -51,14 +51,8 @@ int PartsInUse(unsigned style) {
          ((style & kStyleDay) != 0);
 }
 
-// Formats a text of digits and blanks into the buffer.
-Formatted FormatDigits(const wchar_t* digits, std::size_t length, unsigned style, int week,
-                       wchar_t (&buffer)[kBufferLength]) {
-  if (length == 0 || style == 0) return {Formatted::kNothing, 0};
-  const DateParts parts = CutDateText(digits, length, kStyleWholeDate | (style & kStyleBlankPad), QORDATE());
-  if (parts.found == 0) return {Formatted::kNothing, 0};
-  if (parts.found < PartsInUse(style)) return {Formatted::kUnchanged, 0};
-
+// Lays a date that has been cut out in the buffer. Returns the length.
+std::size_t PutDate(const DateParts& parts, unsigned style, int week, wchar_t (&buffer)[kBufferLength]) {
   wchar_t* out = buffer;
   if ((style & kStyleOpen) != 0) *out++ = L'(';
   if ((style & kStyleYear) != 0 && parts.year[0] != 0) {
@@ -73,14 +67,27 @@ Formatted FormatDigits(const wchar_t* digits, std::size_t length, unsigned style
   if (week >= 0 && (style & kStyleWeekMask) != 0)
     out = PutText(out, CQorDateUtil::GetWeekString(week, style));
   if ((style & kStyleClose) != 0) *out++ = L')';
-  return {Formatted::kDone, static_cast<std::size_t>(out - buffer)};
+  return static_cast<std::size_t>(out - buffer);
+}
+
+// Formats a text of digits and blanks into the buffer.
+Formatted FormatDigits(const wchar_t* digits, std::size_t length, unsigned style, int week,
+                       wchar_t (&buffer)[kBufferLength]) {
+  if (length == 0 || style == 0) return {Formatted::kNothing, 0};
+  const DateParts parts = CutDateText(digits, length, kStyleWholeDate | (style & kStyleBlankPad), QORDATE());
+  if (parts.found == 0) return {Formatted::kNothing, 0};
+  if (parts.found < PartsInUse(style)) return {Formatted::kUnchanged, 0};
+
+  return {Formatted::kDone, PutDate(parts, style, week, buffer)};
 }
 
 // Formats a date into the buffer; where there is nothing to format the text is the digit string.
 std::size_t FormatDate(const QORDATE& date, unsigned style, wchar_t (&buffer)[kBufferLength]) {
+  const int week = (style & kStyleWeekMask) != 0 ? date.GetWeek() : -1;
+  if (DateParts parts; style != 0 && CutWholeDate(date, style, parts))
+    return PutDate(parts, style, week, buffer);
   wchar_t digits[kDigitStringLength];
   const auto length = static_cast<std::size_t>(PutDigitString(digits, date, style) - digits);
-  const int week = (style & kStyleWeekMask) != 0 ? date.GetWeek() : -1;
   // Fields below 0 put a sign into the digit string, and it must go; what is left has at most eight digits or
   // loses its first ones, which the cutting from the right would not reach.
   const bool foreign = HasForeignCharacters(digits, length);

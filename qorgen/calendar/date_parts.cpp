@@ -19,17 +19,30 @@ int FindEraInText(const wchar_t* text, std::size_t length) {
   unsigned rows = 0;
   for (std::size_t i = 0; i < length; ++i) {
     const wchar_t c = text[i];
-    if (IsDigitOrBlank(c) || c == L'/') continue;
-    const wchar_t upper = c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
-    for (int row = 0; row < kEraTextCount; ++row) {
-      const EraText& era = kEraTexts[row];
-      const bool is_letter = upper == era.letter[0];
-      const bool is_name =
-          c == era.name[0] && i + 1 < length && text[i + 1] == era.name[1] && era.name[2] == 0;
-      if (is_letter || is_name) rows |= 1u << row;
+    const bool small = c >= L'a' && c <= L'z';
+    if (small || (c >= L'A' && c <= L'Z')) {
+      const wchar_t upper = small ? static_cast<wchar_t>(c - L'a' + L'A') : c;
+      for (int row = 0; row < kEraTextCount; ++row)
+        rows |= upper == kEraTexts[row].letter[0] ? 1u << row : 0u;
+    } else if (c >= 0x80 && i + 1 < length) {
+      for (int row = 0; row < kEraTextCount; ++row) {
+        const wchar_t* name = kEraTexts[row].name;
+        if (c == name[0] && text[i + 1] == name[1]) rows |= 1u << row;
+      }
     }
   }
   return rows == 0 ? kNoRow : std::countr_zero(rows);
+}
+
+void PadTwoDigits(wchar_t* digits, unsigned style) {
+  if ((style & kStyleBlankPad) == 0) return;
+  for (int i = 0; i < 2 && digits[i] == L'0'; ++i) digits[i] = L' ';
+}
+
+void PutTwoDigits(wchar_t (&part)[3], int value, unsigned style) {
+  part[0] = static_cast<wchar_t>(L'0' + value / 10);
+  part[1] = static_cast<wchar_t>(L'0' + value % 10);
+  PadTwoDigits(part, style);
 }
 
 // Takes digits and blanks from the right end of a text.
@@ -56,19 +69,18 @@ class RightReader {
 };
 
 bool TakeTwoDigits(RightReader& reader, unsigned style, wchar_t (&part)[3]) {
-  wchar_t digits[3] = {L'0', L'0', 0};
+  wchar_t digits[2] = {L'0', L'0'};
   if (reader.Take(2, digits + 2) == 0) return false;
-  if ((style & kStyleBlankPad) != 0) {
-    for (int i = 0; i < 2 && digits[i] == L'0'; ++i) digits[i] = L' ';
-  }
-  std::copy(std::begin(digits), std::end(digits), part);
+  PadTwoDigits(digits, style);
+  part[0] = digits[0];
+  part[1] = digits[1];
   return true;
 }
 
 }  // namespace
 
 bool HasForeignCharacters(const wchar_t* text, std::size_t length) {
-  return !std::all_of(text, text + length, IsDigitOrBlank);
+  return !std::all_of(text, text + length, [](wchar_t c) { return IsDigitOrBlank(c); });
 }
 
 wchar_t* PutNumber(wchar_t* out, int value, int width, wchar_t pad) {
@@ -120,6 +132,18 @@ DateParts CutDateText(const wchar_t* text, std::size_t length, unsigned style, c
   }
   std::copy(std::begin(year), std::end(year), parts.year);
   return parts;
+}
+
+bool CutWholeDate(const QORDATE& date, unsigned style, DateParts& parts) {
+  const bool whole = date.year >= 1 && date.year <= 9999 && date.month >= 1 && date.month <= 99 &&
+                     date.day >= 1 && date.day <= 99;
+  if (!whole) return false;
+  PutTwoDigits(parts.day, date.day, style);
+  PutTwoDigits(parts.month, date.month, style);
+  PutNumber(parts.year, date.year, 4, L'0');
+  parts.typed_year = date.year;
+  parts.found = 3;
+  return true;
 }
 
 LastDigits::LastDigits(const wchar_t* source, std::size_t source_length) {

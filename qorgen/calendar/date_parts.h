@@ -51,6 +51,11 @@ struct DateParts {
 // blanks.
 DateParts CutDateText(const wchar_t* text, std::size_t length, unsigned style, const QORDATE& date);
 
+// What CutDateText would make of the digit string of a date, where that is eight digits of parts from 1 on:
+// the way of nearly every date that is written, and much shorter. False, with `parts` left alone, for any
+// other date.
+bool CutWholeDate(const QORDATE& date, unsigned style, DateParts& parts);
+
 // The last digits of a text, all else dropped: as many as CutDateText can use.
 struct LastDigits {
   static constexpr std::size_t kCapacity = 8;

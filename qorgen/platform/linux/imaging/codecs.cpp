@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdarg>
 #include <cstring>
+#include <dlfcn.h>
 #include <gd.h>
 #include <string_view>
 #include <unordered_map>
@@ -156,6 +157,13 @@ void* Write(gdImage* picture, ImageFormat format, int* size) {
 
 void Ignore(int, const char*, va_list) {}
 
+// libtiff, which libgd brings along, has handlers of its own and no header here; null silences it.
+void SilenceTiffLibrary(const char* setter) {
+  using Handler = void (*)(const char*, const char*, va_list);
+  const auto set = reinterpret_cast<Handler (*)(Handler)>(dlsym(RTLD_DEFAULT, setter));
+  if (set != nullptr) set(nullptr);
+}
+
 }  // namespace
 
 std::unique_ptr<GpBitmap> DecodeImage(const std::vector<BYTE>& file) {
@@ -186,6 +194,8 @@ std::vector<BYTE> EncodeImage(const GpBitmap& bitmap, ImageFormat format) {
 
 void SilenceImageLibrary() {
   gdSetErrorMethod(Ignore);
+  SilenceTiffLibrary("TIFFSetWarningHandler");
+  SilenceTiffLibrary("TIFFSetErrorHandler");
 }
 
 }  // namespace qorgen::platform

@@ -1,0 +1,123 @@
+// Making and removing folders and files.
+
+#include "qorgen/afx/file_find.h"
+#include "qorgen/files/create_path.h"
+#include "qorgen/files/file_util.h"
+#include "qorgen/files/split_path.h"
+#include "qorgen/platform/crt.h"
+#include "qorgen/platform/error.h"
+#include "qorgen/platform/filesystem.h"
+#include "qorgen/platform/shell.h"
+
+namespace {
+
+constexpr int kLongestPath = 260;
+
+enum class Kind { kNone, kFolder, kOther };
+
+Kind LookUp(const wchar_t* path) {
+  CFileFind finder;
+  if (!finder.FindFile(path)) return Kind::kNone;
+  finder.FindNextFile();
+  const bool is_folder = finder.MatchesMask(FILE_ATTRIBUTE_DIRECTORY) != 0;
+  finder.Close();
+  return is_folder ? Kind::kFolder : Kind::kOther;
+}
+
+void CutTailBackslash(CString& path) {
+  const int length = path.GetLength();
+  if (length > 0 && path[length - 1] == L'\\') path.Delete(length - 1);
+}
+
+bool EnsureFolder(const wchar_t* path) {
+  return PathFileExistsW(path) || ::CreateDirectoryW(path, nullptr);
+}
+
+// Removes what the finder stands on; false only when that was a folder.
+bool RemoveEntry(const CFileFind& entry) {
+  const CString path = entry.GetFilePath();
+  if (!entry.IsDirectory()) {
+    CQorFileUtil::DeleteFileW(path);
+    return true;
+  }
+  // What a link leads to is not part of this folder.
+  if (entry.MatchesMask(FILE_ATTRIBUTE_REPARSE_POINT)) return ::RemoveDirectoryW(path) != 0;
+  return CQorFileUtil::DeleteDirectory(path) != 0;
+}
+
+}  // namespace
+
+int CQorFileUtil::CreateDirectoryW(const wchar_t* path) {
+  return path != nullptr && ::CreateDirectoryW(path, nullptr) ? 1 : 0;
+}
+
+int CQorFileUtil::CreateDeepDirectory(const wchar_t* path) {
+  CString folder(path);
+  CutTailBackslash(folder);
+  const CQorSplitPath parts(folder);
+  if (parts.GetConnectPath() == nullptr) return 0;
+  if (wcslen(parts.GetDirectory()) >= 2) {
+    CString parent(parts.GetConnectPath());
+    CutTailBackslash(parent);
+    switch (LookUp(parent)) {
+      case Kind::kFolder:
+        break;
+      case Kind::kOther:
+        return 0;
+      case Kind::kNone:
+        // Each step has to get shorter: a parent that ends in a forward slash would be its own parent.
+        if (parent.GetLength() >= folder.GetLength() || !CreateDeepDirectory(parent)) return 0;
+        break;
+    }
+  }
+  return CreateDirectoryW(path);
+}
+
+int CQorFileUtil::CreateDirectories(const wchar_t* path) {
+  if (path == nullptr || wcsnlen(path, kLongestPath + 1) > kLongestPath) return 0;
+  const wchar_t* rest = PathSkipRootW(path);
+  if (rest == nullptr) rest = path;
+  CString level(path, static_cast<int>(rest - path));
+  for (; *rest != 0; ++rest) {
+    if (*rest != L'\\') level += *rest;
+    const bool ends_level = *rest == L'\\' || rest[1] == 0;
+    if (ends_level && !level.IsEmpty() && !EnsureFolder(level)) return 0;
+    if (*rest == L'\\') level += *rest;
+  }
+  return 1;
+}
+
+int CQorFileUtil::CreateDirIfNotExists(const wchar_t* path, int pathHasFileName) {
+  if (path == nullptr) return 0;
+  CString folder(path);
+  if (pathHasFileName != 0) {
+    PathRemoveFileSpecW(folder.GetBuffer());
+    folder.ReleaseBuffer();
+  }
+  if (PathFileExistsW(folder)) return 1;
+  const DWORD error = GetLastError();
+  if (error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND) return 0;
+  return CreateDeepDirectory(folder);
+}
+
+int CQorFileUtil::DeleteDirectory(const wchar_t* path) {
+  if (path == nullptr || path[0] == 0) return 0;
+  const CQorCreatePath pattern(nullptr, path, L"*.*", nullptr);
+  // A path that is too long gives an empty pattern, and must not turn into a search elsewhere.
+  if (static_cast<const wchar_t*>(pattern)[0] == 0) return 0;
+  CFileFind finder;
+  int more = finder.FindFile(pattern);
+  if (!more) return 0;
+  while (more) {
+    more = finder.FindNextFile();
+    if (!finder.IsDots() && !RemoveEntry(finder)) return 0;
+  }
+  finder.Close();
+  if (!SetFileAttributesW(path, FILE_ATTRIBUTE_NORMAL)) return 0;
+  return ::RemoveDirectoryW(path) ? 1 : 0;
+}
+
+int CQorFileUtil::DeleteFileW(const wchar_t* path) {
+  if (path == nullptr || !SetFileAttributesW(path, FILE_ATTRIBUTE_NORMAL)) return 0;
+  return ::DeleteFileW(path) ? 1 : 0;
+}

@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+#include <string>
+
+#include "qorgen/files/file_util.h"
+#include "qorgen/files/file_version.h"
+#include "qorgen/platform/error.h"
+#include "qorgen/platform/filesystem.h"
+
+#include "tests/support/scratch_folder.h"
+#include "tests/support/text.h"
+#include "tests/support/version_file.h"
+
+namespace {
+
+using qorgen::tests::Exists;
+using qorgen::tests::PutFile;
+using qorgen::tests::Utf8;
+
+class ChecksTest : public testing::Test {
+ protected:
+  CString In(const wchar_t* name) { return CQorFileUtil::ConnectPath(m_folder.Path(L""), name); }
+
+  qorgen::tests::ScratchFolder m_folder;
+};
+
+TEST_F(ChecksTest, existence) {
+  ASSERT_TRUE(PutFile(In(L"売上.csv"), "x"));
+  ASSERT_EQ(1, CQorFileUtil::CreateDirectoryW(In(L"sub")));
+  struct {
+    const wchar_t* name;
+    int exists;
+  } const rows[] = {{L"売上.csv", 1}, {L"sub", 1},   {L"*.csv", 1}, {L"*.CSV", 1},
+                    {L"売?.*", 1},    {L"*.txt", 0}, {L"none", 0},  {L"none\\x", 0}};
+  for (const auto& row : rows)
+    EXPECT_EQ(row.exists, CQorFileUtil::IsExistFile(In(row.name))) << Utf8(row.name);
+  EXPECT_EQ(0, CQorFileUtil::IsExistFile(L""));
+  EXPECT_EQ(0, CQorFileUtil::IsExistFile(nullptr));
+}
+
+TEST_F(ChecksTest, texts_that_name_the_same_file) {
+  EXPECT_EQ(1, CQorFileUtil::IsEqualFile(L"A.TXT", L"a.txt"));
+  EXPECT_EQ(0, CQorFileUtil::IsEqualFile(L"a.txt", L".\\a.txt"));
+  EXPECT_EQ(1, CQorFileUtil::IsEqualFile(L"帳簿", L"帳簿"));
+  EXPECT_EQ(1, CQorFileUtil::IsEqualFile(nullptr, L""));
+  EXPECT_EQ(0, CQorFileUtil::IsEqualFile(nullptr, L"a"));
+}
+
+TEST_F(ChecksTest, drives) {
+  struct {
+    const wchar_t* path;
+    int network;
+    int alive;
+  } const rows[] = {
+      {L"\\\\srv\\share", 1, 1}, {L"//srv", 1, 1}, {L"\\/", 1, 1},
+      {L"C:\\x\\none", 0, 1},    {L"C:", 0, 1},    {L"1:\\", 0, 0},
+      {L"a.txt", 0, 0},          {L"\\a", 0, 0},   {L"", 0, 0},
+      {nullptr, 0, 0},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.network, CQorFileUtil::IsNetDrive(row.path)) << Utf8(row.path);
+    EXPECT_EQ(row.alive, CQorFileUtil::IsDriveAlive(row.path)) << Utf8(row.path);
+  }
+  const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS);
+  SetErrorMode(mode);
+  CQorFileUtil::IsDriveAlive(L"C:\\");
+  EXPECT_EQ(mode, SetErrorMode(mode));
+}
+
+TEST_F(ChecksTest, text_files) {
+  struct {
+    std::string content;
+    long sample;
+    int is_text;
+  } const rows[] = {
+      {"", 100, 1},
+      {"", 0, 1},
+      {"text", 0, 1},
+      {"a", 100, 1},
+      {"a", 1, 1},
+      {"plain text", 1000, 1},
+      {"plain text", 4, 1},
+      {std::string("ab\0\0", 4), 100, 0},
+      {std::string("ab\0\0", 4), 2, 1},
+      {"\x01z", 100, 0},
+      // Units, not bytes: the byte at an odd position is passed over.
+      {std::string("a\0b\0", 4), 100, 1},
+      // A line end counts only as a whole unit.
+      {std::string("\n\0", 2), 100, 1},
+      {"a\r\nb", 100, 0},
+      {"\r\nab", 100, 0},
+      // 日本語 in code page 932: lead and trail bytes.
+      {"\x93\xFA\x96\x7B\x8C\xEA", 100, 1},
+      {"\x81", 1, 1},
+      // A lead byte whose next unit is no trail byte.
+      {"\x81 \x20 ", 100, 0},
+      // Half-width katakana.
+      {"\xB1 \xB2 ", 100, 1},
+      {"\xFF ", 100, 0},
+      {"text", -1, 0},
+      {std::string(100000, 'a'), 0x7FFFFFFF, 1},
+  };
+  for (const auto& row : rows) {
+    ASSERT_TRUE(PutFile(In(L"a.txt"), row.content));
+    EXPECT_EQ(row.is_text, CQorFileUtil::IsTextFile(In(L"a.txt"), row.sample))
+        << testing::PrintToString(row.content.substr(0, 20)) << ' ' << row.sample;
+  }
+  EXPECT_EQ(0, CQorFileUtil::IsTextFile(In(L"none"), 100));
+  EXPECT_EQ(0, CQorFileUtil::IsTextFile(In(L""), 100));
+  EXPECT_EQ(0, CQorFileUtil::IsTextFile(nullptr, 100));
+}
+
+TEST_F(ChecksTest, writable_folder) {
+  EXPECT_EQ(1, CQorFileUtil::WriteCheck(In(L"")));
+  EXPECT_EQ(0, CQorFileUtil::IsExistFile(In(L"ask*")));
+  EXPECT_EQ(0, CQorFileUtil::WriteCheck(In(L"none")));
+  EXPECT_EQ(0, CQorFileUtil::WriteCheck(CString(L'x', 400)));
+  EXPECT_EQ(0, CQorFileUtil::WriteCheck(nullptr));
+}
+
+TEST_F(ChecksTest, digest_of_the_first_block) {
+  const std::string block(65536, 'q');
+  struct {
+    std::string content;
+    const wchar_t* digest;
+  } const rows[] = {
+      {"", L"d41d8cd98f00b204e9800998ecf8427e"},
+      {"message digest", L"f96b697d7cb7938d525a2f31aaf161d0"},
+  };
+  CString digest;
+  for (const auto& row : rows) {
+    ASSERT_TRUE(PutFile(In(L"a"), row.content));
+    EXPECT_EQ(1, CQorFileUtil::GetFileMD5(In(L"a"), digest));
+    EXPECT_TEXT(row.digest, digest);
+  }
+  CString digests[3];
+  const std::string contents[3] = {block, block + "one", block.substr(1)};
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_TRUE(PutFile(In(L"a"), contents[i]));
+    ASSERT_EQ(1, CQorFileUtil::GetFileMD5(In(L"a"), digests[i]));
+  }
+  EXPECT_TEXT(digests[0], digests[1]);
+  EXPECT_NE(Utf8(digests[0]), Utf8(digests[2]));
+
+  EXPECT_EQ(0, CQorFileUtil::GetFileMD5(In(L"none"), digest));
+  EXPECT_TEXT(L"", digest);
+  EXPECT_EQ(0, CQorFileUtil::GetFileMD5(nullptr, digest));
+  EXPECT_EQ(0, CQorFileUtil::GetFileMD5(In(L""), digest));
+  CString own = In(L"a");
+  EXPECT_EQ(1, CQorFileUtil::GetFileMD5(own, own));
+  EXPECT_TEXT(digests[2], own);
+}
+
+TEST_F(ChecksTest, status) {
+  ASSERT_TRUE(PutFile(In(L"a"), "12345"));
+  const CFileStatus status = CQorFileUtil::GetFileStatus(In(L"a"));
+  EXPECT_EQ(5u, status.m_size);
+  EXPECT_NE(CTime(), status.m_mtime);
+  for (const CFileStatus& clear :
+       {CQorFileUtil::GetFileStatus(In(L"none")), CQorFileUtil::GetFileStatus(nullptr)}) {
+    EXPECT_EQ(CTime(), clear.m_ctime);
+    EXPECT_EQ(CTime(), clear.m_mtime);
+    EXPECT_EQ(CTime(), clear.m_atime);
+  }
+}
+
+TEST_F(ChecksTest, versions) {
+  ASSERT_TRUE(PutFile(In(L"a.dll"),
+                      qorgen::tests::MakeVersionFile({0x00010002, 0x00030004, 0x00050006, 0x00070008})));
+  unsigned long high = 9;
+  unsigned long low = 9;
+  EXPECT_EQ(1, CQorFileUtil::GetFileVer(high, low, In(L"a.dll")));
+  EXPECT_EQ(0x00010002u, high);
+  EXPECT_EQ(0x00030004u, low);
+  EXPECT_EQ(1, CQorFileUtil::GetProductVer(high, low, In(L"a.dll")));
+  EXPECT_EQ(0x00050006u, high);
+  EXPECT_EQ(0x00070008u, low);
+
+  // Numbers without a list of languages count as no version.
+  ASSERT_TRUE(PutFile(In(L"b.dll"), qorgen::tests::MakeVersionFile({1, 2, 3, 4, false})));
+  ASSERT_TRUE(PutFile(In(L"c.txt"), "text"));
+  for (const wchar_t* name : {L"b.dll", L"c.txt", L"none", L""}) {
+    high = low = 9;
+    EXPECT_EQ(0, CQorFileUtil::GetFileVer(high, low, In(name))) << Utf8(name);
+    EXPECT_EQ(0u, high);
+    EXPECT_EQ(0u, low);
+    EXPECT_EQ(0, CQorFileUtil::GetProductVer(high, low, In(name)));
+  }
+  // The test program itself has no version, whichever way it is named.
+  EXPECT_EQ(0, CQorFileUtil::GetFileVer(high, low, nullptr));
+  EXPECT_EQ(0, CQorFileUtil::GetFileVer(high, low, L""));
+
+  CQorFileVerInfo info;
+  EXPECT_EQ(nullptr, info.GetFixedInfo());
+  EXPECT_EQ(1, info.Load(In(L"a.dll")));
+  EXPECT_NE(nullptr, info.GetFixedInfo());
+  EXPECT_EQ(0, info.Load(In(L"b.dll")));
+  EXPECT_EQ(nullptr, info.GetFixedInfo());
+}
+
+}  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <span>
 #include <vector>
 
@@ -121,7 +122,47 @@ wchar_t* LayOut(std::span<const Char> text, const Field& field, int* length) {
   return result;
 }
 
+wchar_t* Digits3(std::uint32_t group, wchar_t* end) {
+  *--end = static_cast<wchar_t>(L'0' + group % 10);
+  *--end = static_cast<wchar_t>(L'0' + group / 10 % 10);
+  *--end = static_cast<wchar_t>(L'0' + group / 100);
+  return end;
+}
+
+// What LayOut makes of an integer of 32 bits, with or without a sign, under a grouping without a field:
+// amounts on screen and paper are all of this kind. Written from the end, a group at a time.
+wchar_t* FormatGrouped(long long value, const Field& field, int* length) {
+  wchar_t buffer[20];  // thirteen digits and commas, two parentheses, the mark, the terminator
+  wchar_t* const end = std::end(buffer);
+  wchar_t* at = end;
+  *--at = L'\0';
+  if (field.Has(NUMFORMAT_CLOSE)) *--at = L')';
+  auto rest = static_cast<std::uint32_t>(value < 0 ? -value : value);
+  while (rest >= 1000) {
+    at = Digits3(rest % 1000, at);
+    *--at = L',';
+    rest /= 1000;
+  }
+  do {
+    *--at = static_cast<wchar_t>(L'0' + rest % 10);
+    rest /= 10;
+  } while (rest > 0);
+  if (value < 0) {
+    if (const wchar_t mark = NegativeMark(field); mark != 0) *--at = mark;
+  }
+  if (field.Has(NUMFORMAT_OPEN)) *--at = L'(';
+  const auto units = static_cast<std::size_t>(end - at);
+  if (length != nullptr) *length = static_cast<int>(units - 1);
+  wchar_t* const result = AllocateText(units);
+  std::copy(at, end, result);
+  return result;
+}
+
 wchar_t* FormatInteger(long long value, const Field& field, int* length) {
+  const bool blank = value == 0 && field.Has(NUMFORMAT_BLANKZERO);
+  if (field.Has(NUMFORMAT_GROUP) && !field.Has(NUMFORMAT_FIXED) && !blank) {
+    return FormatGrouped(value, field, length);
+  }
   const NumberText text = IntegerText(value);
   if (field.flags == 0) return Widened(text.characters, text.length, length);
   return LayOut(text.View(), field, length);

@@ -159,7 +159,7 @@ TEST_F(Stream, CharacterWithoutCodeEndsTheWriting) {
 TEST_F(Stream, NarrowLinesWriteTheirDataAndOneTerminator) {
   ASSERT_TRUE(PutFile(Path(), std::string("ab\r\n\0x\r\ncdef\r\n\r\n12\r3\x1A"
                                           "4",
-                                          26)));
+                                          22)));
   FILE* stream = Open(L"rt");
   struct Row {
     int capacity;

@@ -21,6 +21,10 @@ struct CFileStatus {
   wchar_t m_szFullName[MAX_PATH] = {};
 };
 
+// The C library has a function of the name `system`, which clang takes for shadowed by the published name.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
+
 class QORGEN_API CFile : public CObject {
   DECLARE_DYNAMIC(CFile)
 
@@ -131,3 +135,5 @@ class QORGEN_API CFile : public CObject {
   int m_bCloseOnDelete;
   CString m_strFileName;  // the full path
 };
+
+#pragma GCC diagnostic pop

@@ -76,7 +76,8 @@ int CFileFind::FindNextFile() {
   if (m_hContext == INVALID_HANDLE_VALUE || m_bGotLast) return 0;
   std::swap(m_pFoundInfo, m_pNextInfo);
   m_bFound = 1;
-  if (FindNextFileW(m_hContext, Record(m_pNextInfo))) return 1;
+  // Qualified: with the system's headers the method has this name itself.
+  if (::FindNextFileW(m_hContext, Record(m_pNextInfo))) return 1;
   m_bGotLast = 1;
   return 0;
 }

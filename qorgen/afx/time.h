@@ -4,6 +4,7 @@
 // UTC; its parts are those of the local time. Plain values: an object belongs to one thread at a time, copies
 // are free.
 
+#include <compare>
 #include <ctime>
 
 #include "qorgen/platform/time.h"

@@ -188,12 +188,12 @@ TEST(FileHandle, ReadsWritesAndMovesThePosition) {
   EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 
   // Beyond 4 GB, where a 32-bit offset would have wrapped around; the hole costs no space.
-  const long long far = 0x140000000;
-  EXPECT_EQ(Seek(file, far, FILE_BEGIN), far);
+  const long long distant = 0x140000000;
+  EXPECT_EQ(Seek(file, distant, FILE_BEGIN), distant);
   EXPECT_TRUE(SetEndOfFile(file));
   LARGE_INTEGER size;
   EXPECT_TRUE(GetFileSizeEx(file, &size));
-  EXPECT_EQ(size.QuadPart, far);
+  EXPECT_EQ(size.QuadPart, distant);
   Seek(file, 5, FILE_BEGIN);
   EXPECT_TRUE(SetEndOfFile(file));
   EXPECT_TRUE(FlushFileBuffers(file));

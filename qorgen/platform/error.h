@@ -10,9 +10,15 @@
 // of files, disks, paths, registry, modules, memory, COM, automation, structured storage and the XML service,
 // in Japanese where GetUserDefaultUILanguage() is Japanese and in English elsewhere, each ending in "\r\n".
 
+#include <cstdarg>
+#include <cstdint>
+
 #include "qorgen/platform/types.h"
 
 #if !defined(_WIN32)
+
+using HLOCAL = void*;
+using FARPROC = std::intptr_t (*)();
 
 inline constexpr DWORD ERROR_SUCCESS = 0;
 inline constexpr DWORD NO_ERROR = 0;
@@ -123,6 +129,7 @@ inline constexpr DWORD ERROR_TIMEOUT = 1460;
 inline constexpr DWORD ERROR_RESOURCE_DATA_NOT_FOUND = 1812;
 inline constexpr DWORD ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
 inline constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
+inline constexpr DWORD ERROR_RESOURCE_LANG_NOT_FOUND = 1815;
 inline constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
 inline constexpr DWORD ERROR_INVALID_STATE = 5023;
 
@@ -147,5 +154,52 @@ constexpr HRESULT HRESULT_FROM_WIN32(DWORD error) {
 // standing.
 DWORD GetLastError();
 void SetLastError(DWORD error);
+
+inline constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x0100;
+inline constexpr DWORD FORMAT_MESSAGE_IGNORE_INSERTS = 0x0200;
+inline constexpr DWORD FORMAT_MESSAGE_FROM_HMODULE = 0x0800;
+inline constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
+
+// Writes the text of the error number `id`, with its line break and a terminator, and gives its length; 0 on
+// failure, with the last error set and the buffer untouched. The result fits as long as it is shorter than
+// `size`.
+//
+// With FROM_HMODULE the table of the loaded module `source` is searched first, with FROM_SYSTEM the system's
+// behind it; a code 0x8007nnnn has the text of the error number nnnn. With ALLOCATE_BUFFER, `buffer` is the
+// address of a pointer that receives a block of at least `size` units, to be given back with LocalFree.
+// `language` is 0x0411, 0x0409 or 0, 0x0400 and their like for the user's language. Inserts ("%1") stay in
+// the text with IGNORE_INSERTS; without that flag a text that has one fails. No width, no other source and no
+// arguments are served.
+//
+// ERROR_MR_MID_NOT_FOUND: no such number. ERROR_INSUFFICIENT_BUFFER: too short.
+// ERROR_RESOURCE_TYPE_NOT_FOUND: only a module was to be searched, and it has no table.
+// ERROR_RESOURCE_LANG_NOT_FOUND: neither language. ERROR_INVALID_PARAMETER: other flags, an insert, a null
+// buffer. ERROR_NOT_ENOUGH_MEMORY.
+DWORD FormatMessageW(DWORD flags, const void* source, DWORD id, DWORD language, wchar_t* buffer, DWORD size,
+                     va_list* arguments);
+
+// Gives back a block of FormatMessageW; null is fine. Always null.
+HLOCAL LocalFree(HLOCAL block);
+
+// The modules that exist: "winhttp.dll" with the error texts of the web transport, and "mlang.dll" with the
+// function ConvertINetUnicodeToMultiByte; the case of the name doesn't matter and ".dll" may be left out.
+// Null with ERROR_MOD_NOT_FOUND for any other name, and with ERROR_INVALID_PARAMETER for a null one.
+HMODULE LoadLibraryW(const wchar_t* name);
+
+// TRUE for a module that LoadLibraryW gave, else FALSE with ERROR_MOD_NOT_FOUND. Nothing is counted.
+BOOL FreeLibrary(HMODULE module);
+
+// Null with ERROR_PROC_NOT_FOUND for a function that the module doesn't have, and with ERROR_MOD_NOT_FOUND
+// for no module.
+//
+// HRESULT ConvertINetUnicodeToMultiByte(DWORD* mode, DWORD code_page, const wchar_t* source, int*
+// source_count,
+//                                       char* target, int* target_size)
+//   converts to code page 65001 or 932. A null `source_count` or a count of -1 means a terminated source,
+//   without its terminator. S_OK, the counts set to the units read and the bytes written; a null target or a
+//   size of 0 only asks for the bytes that are needed. A lone surrogate becomes U+FFFD. S_FALSE for another
+//   code page, E_FAIL where the target is too short (both counts are 0 then, and the target holds nothing of
+//   use), E_INVALIDARG for a null source or size.
+FARPROC GetProcAddress(HMODULE module, const char* name);
 
 #endif

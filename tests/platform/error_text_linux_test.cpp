@@ -1,0 +1,83 @@
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "qorgen/platform/error.h"
+#include "qorgen/platform/linux/error_text_table.h"
+
+#include "tests/support/text.h"
+
+namespace qorgen::platform {
+namespace {
+
+using qorgen::tests::Utf8;
+
+std::string Text(DWORD flags, const void* module, DWORD number, DWORD language) {
+  wchar_t buffer[1024] = L"";
+  SetLastError(0);
+  const DWORD length = FormatMessageW(flags, module, number, language, buffer, 1024, nullptr);
+  return length != 0 ? Utf8(buffer) : "failed " + std::to_string(GetLastError());
+}
+
+TEST(ErrorTextTable, NoTextIsEmptyOrBringsItsOwnLineBreak) {
+  for (const ErrorTextTable& table : {SystemErrorTexts(), WebTransportErrorTexts()}) {
+    for (const ErrorText* row = table.first; row != table.last; ++row) {
+      for (const wchar_t* text : {row->japanese, row->english}) {
+        int length = 0;
+        while (text[length] != 0) ++length;
+        EXPECT_GE(length, 4) << row->number;
+        EXPECT_NE(L'\n', text[length - 1]) << row->number;
+      }
+    }
+  }
+}
+
+TEST(ErrorTextTable, BothLanguages) {
+  constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+  const struct {
+    DWORD number;
+    const char* japanese;
+    const char* english;
+  } rows[] = {
+      {2, "指定されたファイルが見つかりません。\r\n", "The system cannot find the file specified.\r\n"},
+      {5, "アクセスが拒否されました。\r\n", "Access is denied.\r\n"},
+      {193, "%1 は有効な Win32 アプリケーションではありません。\r\n",
+       "%1 is not a valid Win32 application.\r\n"},
+      {0x80004005, "エラーを特定できません\r\n", "Unspecified error\r\n"},
+      {0x80070057, "パラメーターが間違っています。\r\n", "The parameter is incorrect.\r\n"},
+      {0x80072EE2, "操作がタイムアウトになりました\r\n", "The operation timed out\r\n"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.japanese, Text(kFlags, nullptr, row.number, 0x411));
+    EXPECT_EQ(row.english, Text(kFlags, nullptr, row.number, 0x409));
+  }
+  EXPECT_EQ("failed 1815", Text(kFlags, nullptr, 2, 0x407));
+}
+
+TEST(ErrorTextTable, TheUsersLanguageFollowsTheEnvironment) {
+  const char* const before = std::getenv("LC_ALL");
+  const std::string kept = before != nullptr ? before : "";
+  constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+  setenv("LC_ALL", "en_US.UTF-8", 1);
+  EXPECT_EQ("Access is denied.\r\n", Text(kFlags, nullptr, 5, 0x400));
+  setenv("LC_ALL", "ja_JP.UTF-8", 1);
+  EXPECT_EQ("アクセスが拒否されました。\r\n", Text(kFlags, nullptr, 5, 0x400));
+  if (before != nullptr) {
+    setenv("LC_ALL", kept.c_str(), 1);
+  } else {
+    unsetenv("LC_ALL");
+  }
+}
+
+TEST(ErrorTextTable, RefusesWhatItDoesNotServe) {
+  EXPECT_EQ("failed 87", Text(0, nullptr, 5, 0x400));
+  EXPECT_EQ("failed 87", Text(FORMAT_MESSAGE_FROM_SYSTEM | 0x2000, nullptr, 5, 0x400));
+  EXPECT_EQ("failed 87", Text(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 193, 0x400));
+  EXPECT_EQ("failed 1813", Text(FORMAT_MESSAGE_FROM_HMODULE, LoadLibraryW(L"mlang.dll"), 5, 0x400));
+  EXPECT_EQ("failed 317", Text(FORMAT_MESSAGE_FROM_HMODULE, LoadLibraryW(L"winhttp.dll"), 5, 0x400));
+  EXPECT_EQ(0u, FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 5, 0x400, nullptr, 10, nullptr));
+  EXPECT_FALSE(FreeLibrary(nullptr));
+}
+
+}  // namespace
+}  // namespace qorgen::platform

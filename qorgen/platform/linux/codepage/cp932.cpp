@@ -157,6 +157,22 @@ Progress Encode932(const wchar_t* text, std::size_t units, char* destination, st
     }
     if (total.read == units) break;
 #endif
+    // Pairs in a row, where nothing can go wrong: the bulk of Japanese text.
+    if (store && encoding.bestFit) {
+      std::size_t run = (capacity - total.written) / 2;
+      if (run > units - total.read) run = units - total.read;
+      std::size_t done = 0;
+      char* out = destination + total.written;
+      for (; done < run; ++done, out += 2) {
+        const std::uint16_t code = tables.code[text[total.read + done]];
+        if (code <= 0xFF) break;
+        out[0] = static_cast<char>(code >> 8);
+        out[1] = static_cast<char>(code & 0xFF);
+      }
+      total.read += done;
+      total.written += 2 * done;
+      if (total.read == units) break;
+    }
     const wchar_t unit = text[total.read];
     std::uint16_t code = tables.code[unit];
     bool known = code != 0 || unit == 0;

@@ -60,6 +60,24 @@ char32_t Value(const unsigned char* at, unsigned size) {
   return (at[0] & 0x7u) << 18 | (at[1] & 0x3Fu) << 12 | (at[2] & 0x3Fu) << 6 | (at[3] & 0x3Fu);
 }
 
+// Three-byte characters that need no closer look: kana, ideographs and their like, the bulk of Japanese text.
+// Gives how many there were.
+template <bool kStore>
+std::size_t DecodeThreeByteRun(const unsigned char* at, std::size_t bytes, wchar_t* text,
+                               std::size_t capacity) {
+  const std::size_t limit = kStore && capacity < bytes / 3 ? capacity : bytes / 3;
+  std::size_t count = 0;
+  for (; count < limit; ++count, at += 3) {
+    const unsigned lead = at[0];
+    const unsigned second = at[1] ^ 0x80u;
+    const unsigned third = at[2] ^ 0x80u;
+    // 0xE0 and 0xED have narrower bounds for the second byte.
+    if (lead <= 0xE0 || lead > 0xEF || lead == 0xED || ((second | third) & 0xC0) != 0) break;
+    if constexpr (kStore) text[count] = static_cast<wchar_t>((lead & 0xF) << 12 | second << 6 | third);
+  }
+  return count;
+}
+
 template <bool kStore>
 Progress Decode(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity,
                 bool& invalid) {
@@ -68,31 +86,35 @@ Progress Decode(const unsigned char* source, std::size_t bytes, wchar_t* text, s
     const unsigned char* at = source + total.read;
     const std::size_t left = bytes - total.read;
 #if defined(__SSE2__)
-    if (left >= 16 && (!kStore || capacity - total.written >= 16)) {
+    if (*at < 0x80 && left >= 16 && (!kStore || capacity - total.written >= 16)) {
       const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
       const auto high = static_cast<unsigned>(_mm_movemask_epi8(block));
-      if (high == 0 || (high & 1) == 0) {
-        if constexpr (kStore) {
-          const __m128i zero = _mm_setzero_si128();
-          _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written), _mm_unpacklo_epi8(block, zero));
-          _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written + 8),
-                           _mm_unpackhi_epi8(block, zero));
-        }
-        const unsigned count = high == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(high));
-        total.read += count;
-        total.written += count;
-        continue;
+      if constexpr (kStore) {
+        const __m128i zero = _mm_setzero_si128();
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written), _mm_unpacklo_epi8(block, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written + 8),
+                         _mm_unpackhi_epi8(block, zero));
       }
+      const unsigned count = high == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(high));
+      total.read += count;
+      total.written += count;
+      continue;
     }
 #endif
-    // Three bytes that can only be kana, ideographs and their like: the bulk of Japanese text.
-    if (left >= 3 && at[0] >= 0xE1 && at[0] <= 0xEC && IsContinuation(at[1]) && IsContinuation(at[2])) {
+    if (*at < 0x80) {
       if constexpr (kStore) {
         if (total.written == capacity) break;
-        text[total.written] = static_cast<wchar_t>(Value(at, 3));
+        text[total.written] = *at;
       }
-      total.read += 3;
+      ++total.read;
       ++total.written;
+      continue;
+    }
+    const std::size_t run = DecodeThreeByteRun<kStore>(at, left, kStore ? text + total.written : nullptr,
+                                                       capacity - total.written);
+    if (run != 0) {
+      total.read += 3 * run;
+      total.written += run;
       continue;
     }
     const Sequence sequence = Measure(at, left);
@@ -102,8 +124,6 @@ Progress Decode(const unsigned char* source, std::size_t bytes, wchar_t* text, s
       wchar_t* out = text + total.written;
       if (!sequence.whole) {
         *out = kReplacement;
-      } else if (sequence.size == 1) {
-        *out = *at;
       } else if (sequence.size == 4) {
         const char32_t offset = Value(at, 4) - 0x10000;
         out[0] = static_cast<wchar_t>(0xD800 + (offset >> 10));

@@ -22,6 +22,7 @@
 #include "qorgen/platform/export.h"
 #include "qorgen/text/char_type.h"
 
+class COleDateTime;
 class CStringArray;
 
 class QORGEN_API CQorStringUtil {
@@ -137,6 +138,34 @@ class QORGEN_API CQorStringUtil {
   static int ToColumnarWritingWideNumerals(wchar_t* dest, const wchar_t* src);
   static wchar_t* ToColumnarWritingWideNumerals(const wchar_t* src);
 
+  // ---- Web text
+  // -----------------------------------------------------------------------------------------------------
+
+  // UTF-8 in percent encoding: a space becomes "+"; digits, ASCII letters and $ - _ . ! * ' ( ) , stay.
+  // Converted in pieces of 100 units, so a surrogate pair on a border comes apart. Null gives an empty text;
+  // where the system's conversion is missing or fails, what was gathered so far. Loads a system library on
+  // each call.
+  static CString EncodeUTF16ToUTF8(const wchar_t* text);
+
+  // The way back, apart from "+", which stays. 1 on success. 0, with `dest` untouched, if the text can't be
+  // decoded or comes to more than 1,011 bytes; `dest` holds at most 1,012 units then. Null gives an empty
+  // text.
+  static int EncodeUTF8ToUTF16(const char* text, wchar_t* dest);
+
+  // ---- Versions
+  // -----------------------------------------------------------------------------------------------------
+
+  // "1.2.3.4" of the four bytes 0x01020304, or of the four halves of 0x00010002 and 0x00030004. The low 32
+  // bits count.
+  static CString NumberToVersionString(unsigned long version);
+  static CString NumberToVersionString(unsigned long high, unsigned long low);
+
+  // The first four numbers in a text, whatever separates them; missing ones are 0. With `low`, parts 1 and 2
+  // as the high and low half of the result, 3 and 4 likewise in `low`: what the form above reads. Without,
+  // one byte each with the first part lowest: "1.2.3.4" -> 0x04030201. A part keeps the low bits that fit its
+  // place. Null or empty gives 0 and leaves `low` alone.
+  static unsigned long VersionStringToNumber(const wchar_t* text, unsigned long* low);
+
   // ---- Line breaks as marks
   // ----------------------------------------------------------------------------------------- The mark is
   // "&n" if `ampersand` is nonzero, else a backslash and "n". Only the lines from 0 to `lastLine` are kept; a
@@ -171,6 +200,29 @@ class QORGEN_API CQorStringUtil {
   // "-0".
   static int IsNumber(const wchar_t* text);
 
+  // ---- Scalars
+  // ------------------------------------------------------------------------------------------------------
+
+  // "true" or "false".
+  static CString FromBool(int value);
+  static CString FromInt(int value);
+  static CString FromUint(unsigned int value);
+
+  // "2024/05/31" and "2024/05/31 13:45:00". The date value 0 gives the empty text whatever its status, a null
+  // status too; an invalid one gives the text for invalid dates of COleDateTime::Format.
+  static CString FromDate(const COleDateTime& date);
+  static CString FromDateTime(const COleDateTime& date);
+
+  // "true" is 1 and "false" 0, in any case; anything else as StrToIntW reads it. Null and empty give 0. The
+  // unsigned forms give the same 32 bits.
+  static int ToInt(const wchar_t* text);
+  static unsigned int ToUint(const wchar_t* text);
+  static unsigned long ToDword(const wchar_t* text);
+
+  // A date as VarDateFromStr reads it under the user's language. Null and empty text give the valid value 0;
+  // text that is no date gives an invalid 0, any other failure an invalid -1.
+  static COleDateTime ToDateTime(const wchar_t* text);
+
   // ---- Buffers and characters
   // --------------------------------------------------------------------------------------- `capacity` counts
   // units with the terminator; 0 writes nothing. A null source counts as empty.
@@ -198,4 +250,8 @@ class QORGEN_API CQorStringUtil {
   // The length in units, one operation under two names; 0 for null.
   static int GetStringCount(const wchar_t* text);
   static long GetStringLen(const wchar_t* text);
+
+  // The system's text for an error number, or with 0 for the thread's last error, in the user's language and
+  // with its line break; empty if there is none.
+  static CString GetLastErrorText(unsigned long error);
 };

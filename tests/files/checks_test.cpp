@@ -174,6 +174,8 @@ TEST_F(ChecksTest, versions) {
   EXPECT_EQ(1, CQorFileUtil::GetProductVer(high, low, In(L"a.dll")));
   EXPECT_EQ(0x00050006u, high);
   EXPECT_EQ(0x00070008u, low);
+  EXPECT_TEXT(L"1.2.3.4", CQorFileUtil::GetFileVerStr(In(L"a.dll")));
+  EXPECT_TEXT(L"5.6.7.8", CQorFileUtil::GetProductVerStr(In(L"a.dll")));
 
   // Numbers without a list of languages count as no version.
   ASSERT_TRUE(PutFile(In(L"b.dll"), qorgen::tests::MakeVersionFile({1, 2, 3, 4, false})));
@@ -184,6 +186,8 @@ TEST_F(ChecksTest, versions) {
     EXPECT_EQ(0u, high);
     EXPECT_EQ(0u, low);
     EXPECT_EQ(0, CQorFileUtil::GetProductVer(high, low, In(name)));
+    EXPECT_TEXT(L"", CQorFileUtil::GetFileVerStr(In(name)));
+    EXPECT_TEXT(L"", CQorFileUtil::GetProductVerStr(In(name)));
   }
   // The test program itself has no version, whichever way it is named.
   EXPECT_EQ(0, CQorFileUtil::GetFileVer(high, low, nullptr));

@@ -120,9 +120,30 @@ class QORGEN_API CFileException : public CException {
   CString m_strFileName;
 };
 
+// A failure code of the system's object services.
+class QORGEN_API COleException : public CException {
+  DECLARE_DYNAMIC(COleException)
+
+ public:
+  explicit COleException(HRESULT sc = 0);
+
+  // The system's text of the code without its line end; for a code without a text one sentence with its
+  // number.
+  using CException::GetErrorMessage;
+  int GetErrorMessage(wchar_t* pszError, unsigned int nMaxError,
+                      unsigned int* pnHelpContext = nullptr) const override;
+
+  // The code that stands for any exception: an own one's code, E_OUTOFMEMORY for exhausted memory, else
+  // E_UNEXPECTED.
+  static HRESULT Process(const CException* pException);
+
+  HRESULT m_sc;
+};
+
 // Throws a static object: reporting exhausted memory needs none. Delete leaves it alone.
 [[noreturn]] QORGEN_API void AfxThrowMemoryException();
 [[noreturn]] QORGEN_API void AfxThrowNotSupportedException();
 [[noreturn]] QORGEN_API void AfxThrowInvalidArgException();
 [[noreturn]] QORGEN_API void AfxThrowFileException(int cause, LONG lOsError = -1,
                                                    const wchar_t* pszFileName = nullptr);
+[[noreturn]] QORGEN_API void AfxThrowOleException(HRESULT sc);

@@ -50,6 +50,7 @@ TEST(CException, IsCaughtByEveryClassOfItsLine) {
   EXPECT_THROWS_POINTER(AfxThrowNotSupportedException(), CNotSupportedException);
   EXPECT_THROWS_POINTER(AfxThrowInvalidArgException(), CSimpleException);
   EXPECT_THROWS_POINTER(AfxThrowFileException(CFileException::diskFull), CFileException);
+  EXPECT_THROWS_POINTER(AfxThrowOleException(E_FAIL), COleException);
 }
 
 TEST(CException, RecordsCarryThePublishedNames) {
@@ -64,11 +65,13 @@ TEST(CException, RecordsCarryThePublishedNames) {
   };
   const CNotSupportedException unsupported(0);
   const CInvalidArgException argument(0);
+  const COleException ole(E_FAIL);
   for (const Row& row : {Row{&silent, "CException", RUNTIME_CLASS(CObject)},
                          Row{&memory, "CMemoryException", RUNTIME_CLASS(CSimpleException)},
                          Row{&unsupported, "CNotSupportedException", RUNTIME_CLASS(CSimpleException)},
                          Row{&argument, "CInvalidArgException", RUNTIME_CLASS(CSimpleException)},
-                         Row{&file, "CFileException", RUNTIME_CLASS(CException)}}) {
+                         Row{&file, "CFileException", RUNTIME_CLASS(CException)},
+                         Row{&ole, "COleException", RUNTIME_CLASS(CException)}}) {
     EXPECT_STREQ(row.name, row.object->GetRuntimeClass()->m_lpszClassName);
     EXPECT_EQ(row.base, row.object->GetRuntimeClass()->m_pfnGetBaseClass());
     EXPECT_TRUE(row.object->IsKindOf(RUNTIME_CLASS(CException)));
@@ -159,6 +162,20 @@ TEST(CFileException, CausesComeFromSystemErrorsAndErrno) {
     exception->Delete();
   }
   EXPECT_THROWS_POINTER(CFileException::ThrowErrno(ENOENT), CFileException);
+}
+
+TEST(COleException, NamesItsCode) {
+  const COleException denied(static_cast<HRESULT>(0x80070005u));
+  EXPECT_EQ(static_cast<HRESULT>(0x80070005u), denied.m_sc);
+  EXPECT_NE("(none)", Message(denied));
+  EXPECT_EQ('\n', Message(denied).find('\n') == std::string::npos ? '\n' : ' ');
+  EXPECT_NE(std::string::npos, Message(COleException(static_cast<HRESULT>(0x8ABCDEF0u))).find("8ABCDEF0"));
+  const CMemoryException memory(0);
+  const CInvalidArgException argument(0);
+  EXPECT_EQ(denied.m_sc, COleException::Process(&denied));
+  EXPECT_EQ(E_OUTOFMEMORY, COleException::Process(&memory));
+  EXPECT_EQ(E_UNEXPECTED, COleException::Process(&argument));
+  EXPECT_EQ(E_UNEXPECTED, COleException::Process(nullptr));
 }
 
 TEST(StringResources, TheTableAddedLastAnswers) {

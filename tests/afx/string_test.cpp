@@ -121,7 +121,8 @@ TEST(CString, ASourceMayLieInTheStringItself) {
   text = L"..x..";
   text.Trim(text.GetString() + 3);
   EXPECT_TEXT(L"x", text);
-  text = text;
+  const CString& same = text;
+  text = same;
   EXPECT_TEXT(L"x", text);
 }
 

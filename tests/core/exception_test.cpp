@@ -1,0 +1,128 @@
+#include "qorgen/core/exception.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <vector>
+
+#include "qorgen/afx/string_resource.h"
+#include "qorgen/core/error_text.h"
+#include "qorgen/platform/error.h"
+
+#include "tests/support/message_box.h"
+#include "tests/support/text.h"
+#include "tests/support/throws.h"
+
+using qorgen::tests::MessageBoxRecorder;
+using qorgen::tests::Utf8;
+
+TEST(CQorException, RecordsFormOneLine) {
+  const CQorException plain;
+  const CQorOsException system(5);
+  EXPECT_STREQ("CQorException", plain.GetRuntimeClass()->m_lpszClassName);
+  EXPECT_STREQ("CQorOsException", system.GetRuntimeClass()->m_lpszClassName);
+  EXPECT_EQ(CQorOsException::GetThisClass(), system.GetRuntimeClass());
+  EXPECT_EQ(RUNTIME_CLASS(CQorException), CQorOsException::_GetBaseClass());
+  EXPECT_EQ(RUNTIME_CLASS(CException), CQorException::_GetBaseClass());
+  for (const CRuntimeClass* record : {RUNTIME_CLASS(CQorException), RUNTIME_CLASS(CQorOsException)}) {
+    EXPECT_EQ(0xFFFFu, record->m_wSchema);
+    EXPECT_EQ(nullptr, record->m_pfnCreateObject);
+  }
+  EXPECT_EQ(static_cast<int>(sizeof(CQorOsException)), RUNTIME_CLASS(CQorOsException)->m_nObjectSize);
+  EXPECT_TRUE(system.IsKindOf(RUNTIME_CLASS(CException)));
+}
+
+TEST(CQorException, WithoutATextReportsTheResource) {
+  static const QorStringResource kTable[] = {{7201, L"処理できません。", L"Cannot continue."}};
+  QorAddStringResources(kTable, 1);
+  const MessageBoxRecorder recorder(IDCANCEL);
+  CQorException exception;
+  EXPECT_EQ(IDCANCEL, exception.ReportError(MB_OKCANCEL, 7201));
+  EXPECT_EQ(Utf8(QorFindStringResource(7201)), recorder.last_text());
+  EXPECT_EQ(MB_OKCANCEL, recorder.shown().back().type);
+  exception.ReportError();
+  EXPECT_EQ(Utf8(QorFindStringResource(0xF020)), recorder.last_text());
+  QorRemoveStringResources(kTable);
+}
+
+TEST(CQorException, ReportsTextsOfUpTo1023Units) {
+  class CLongTextException : public CQorException {
+   public:
+    int GetErrorMessage(wchar_t* text, unsigned int room, unsigned int* help) override {
+      std::fill_n(text, room - 1, L'x');
+      text[room - 1] = 0;
+      *help = 42;
+      return 1;
+    }
+    using CQorException::GetErrorMessage;
+  };
+  const MessageBoxRecorder recorder(IDOK);
+  CLongTextException exception;
+  EXPECT_EQ(IDOK, exception.ReportError());
+  EXPECT_EQ(std::string(1023, 'x'), recorder.last_text());
+  EXPECT_EQ(42u, recorder.shown().back().help_context);
+}
+
+TEST(CQorOsException, ReportsTheSystemText) {
+  const MessageBoxRecorder recorder(IDOK);
+  CQorOsException exception(2);
+  EXPECT_EQ(IDOK, exception.ReportError(MB_ICONSTOP, 1));
+  EXPECT_EQ(Utf8(CGenUtil::FormatLastErrorMessage(nullptr, 2, nullptr)), recorder.last_text());
+}
+
+TEST(CQorOsException, KeepsTheErrorOfItsMaking) {
+  SetLastError(112);
+  const CQorOsException exception;
+  SetLastError(5);
+  EXPECT_EQ(112u, exception.m_dwError);
+  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 112, nullptr), exception.GetErrorMessage());
+  EXPECT_EQ(0x80004005u, CQorOsException(static_cast<unsigned long>(static_cast<long>(E_FAIL))).m_dwError);
+  SetLastError(0);
+  const CQorOsException nothing(0);
+  EXPECT_EQ(0u, nothing.m_dwError);
+  SetLastError(3);
+  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 3, nullptr), nothing.GetErrorMessage());
+  SetLastError(3);
+  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 3, nullptr), CQorOsException::GetErrorMessage(0ul));
+  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 87, nullptr), CQorOsException::GetErrorMessage(87ul));
+}
+
+TEST(CQorOsException, TheBufferHoldsTheWholeTextOrNothing) {
+  CQorOsException exception(5);
+  const CString text = exception.GetErrorMessage();
+  const unsigned int length = static_cast<unsigned int>(text.GetLength());
+  unsigned int help = 77;
+  for (const unsigned int room : {0u, 1u, length - 1, length}) {
+    std::vector<wchar_t> buffer(length + 8, L'#');
+    EXPECT_EQ(0, exception.GetErrorMessage(buffer.data(), room, &help)) << room;
+    EXPECT_EQ(static_cast<std::ptrdiff_t>(buffer.size()), std::count(buffer.begin(), buffer.end(), L'#'));
+  }
+  for (const unsigned int room : {length + 1, length + 5}) {
+    std::vector<wchar_t> buffer(length + 8, L'#');
+    EXPECT_EQ(1, exception.GetErrorMessage(buffer.data(), room, &help)) << room;
+    EXPECT_TEXT(text, buffer.data());
+    EXPECT_EQ(static_cast<std::ptrdiff_t>(room - length), std::count(buffer.begin(), buffer.end(), L'\0'));
+    EXPECT_EQ(L'#', buffer[room]);
+  }
+  EXPECT_EQ(77u, help);
+  EXPECT_EQ(0, exception.GetErrorMessage(nullptr, 1000, nullptr));
+  // Through the root class both forms arrive at the same text.
+  wchar_t buffer[1024];
+  CException& root = exception;
+  EXPECT_EQ(1, root.GetErrorMessage(buffer, 1024));
+  EXPECT_TEXT(text, buffer);
+  const CException& constant = exception;
+  EXPECT_EQ(1, constant.GetErrorMessage(buffer, 1024));
+  EXPECT_TEXT(text, buffer);
+}
+
+TEST(CQorOsException, IsThrownByPointer) {
+  EXPECT_THROWS_POINTER(CQorOsException::Throw(5), CQorException);
+  EXPECT_THROWS_POINTER(CQorOsException::Throw(5), CException);
+  SetLastError(32);
+  try {
+    CQorOsException::Throw(0);
+  } catch (CQorOsException* exception) {
+    EXPECT_EQ(32u, exception->m_dwError);
+    exception->Delete();
+  }
+}

@@ -8,12 +8,11 @@
 
 namespace {
 
-using qorgen::exchange::FindAnyUnit;
-using qorgen::exchange::FindUnit;
 using qorgen::exchange::IsSpace;
+using qorgen::exchange::LineMarks;
 using qorgen::exchange::UnitSet;
 
-static_assert(qorgen::exchange::FieldList::kPadding >= 8, "the scanner looks at eight units at a time");
+static_assert(qorgen::exchange::FieldList::kPadding >= qorgen::exchange::kMarkBlock, "what a block may read");
 
 struct DelimiterFlag {
   unsigned int flag;
@@ -108,54 +107,51 @@ void CQorCSVManager::separateString(const wchar_t* line) {
   Split(line, static_cast<std::size_t>(CString::StringLength(line)));
 }
 
-// The remainder of the line is the stretch from `rest` to `end` of the list's own copy, in which the fields
-// are cut.
+// The remainder of the line begins at `rest`; the fields are cut in the list's own copy of the line.
 void CQorCSVManager::Split(const wchar_t* line, std::size_t length) {
-  wchar_t* rest = elements.BeginLine(line, length);
+  wchar_t* const text = elements.BeginLine(line, length);
   if (length == 0) return;
-  wchar_t* const end = rest + length;
   const UnitSet delimiters = DelimiterSet(delimiterType);
   const wchar_t quote = QuoteCharacter(quotesType);
-  const bool skip_space = (delimiterType & CSVMGR_DELIM_SPACE) == 0;
-  const auto to_delimiter = [&](wchar_t* from) { return from + (FindAnyUnit(from, end, delimiters) - from); };
+  const bool skip_space = quote != 0 && (delimiterType & CSVMGR_DELIM_SPACE) == 0;
+  LineMarks marks(text, length, delimiters, quote);
 
+  std::size_t rest = 0;
+  std::size_t solid = 0;  // no character from `rest` up to here is anything but white space
   for (;;) {
-    wchar_t* field = rest;
-    wchar_t* field_end = nullptr;
-    wchar_t* opening = rest;
-    if (skip_space && quote != 0) {
-      while (opening != end && IsSpace(*opening)) ++opening;
+    // White space may itself be a delimiter (the tab), so the run found for one field serves the next ones
+    // too.
+    std::size_t opening = rest;
+    if (skip_space && rest != length && IsSpace(text[rest])) {
+      if (solid < rest) solid = rest;
+      while (solid != length && IsSpace(text[solid])) ++solid;
+      opening = solid;
     }
-    if (quote != 0 && opening != end && *opening == quote) {
-      field = opening + 1;
-      wchar_t* closing = field;
+    if (quote != 0 && opening != length && text[opening] == quote) {
+      const std::size_t field = opening + 1;
+      std::size_t closing = marks.NextQuote(field);
       bool pairs = false;
-      for (;;) {
-        closing += FindUnit(closing, end, quote) - closing;
-        if (closing == end || closing + 1 == end || closing[1] != quote) break;
+      while (closing + 1 < length && text[closing + 1] == quote) {
         pairs = true;
-        closing += 2;
+        closing = marks.NextQuote(closing + 2);
       }
       // What stands between the closing quote and the next delimiter is dropped; without a closing quote the
       // field takes the whole rest.
-      rest = closing == end ? end : to_delimiter(closing + 1);
-      field_end = pairs ? FoldPairs(field, closing, quote) : closing;
+      rest = marks.NextDelimiter(closing);
+      wchar_t* const end = text + closing;
+      elements.AddSpan(
+          text + field,
+          static_cast<std::size_t>((pairs ? FoldPairs(text + field, end, quote) : end) - (text + field)));
     } else {
-      rest = to_delimiter(rest);
-      field_end = rest;
+      const std::size_t field = rest;
+      rest = marks.NextDelimiter(rest);
+      elements.AddSpan(text + field, rest - field);
     }
-
-    if (rest == end) {
-      elements.AddSpan(field, static_cast<std::size_t>(field_end - field));
-      return;
-    }
-    wchar_t* next = rest + 1;
+    if (rest == length) return;
+    ++rest;
     if (someAsOne == 1) {
-      while (next != end && delimiters.Contains(*next)) ++next;
+      while (rest != length && marks.NextDelimiter(rest) == rest) ++rest;
     }
-    // Cutting overwrites the character behind the field, at most the delimiter just passed.
-    elements.AddSpan(field, static_cast<std::size_t>(field_end - field));
-    rest = next;
   }
 }
 

@@ -44,7 +44,7 @@ class FieldList {
   }
 
   // Characters that can be read behind the end of a line: one block of the scanner.
-  static constexpr std::size_t kPadding = 8;
+  static constexpr std::size_t kPadding = 64;
 
  private:
   struct Field {

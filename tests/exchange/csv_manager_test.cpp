@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -172,21 +173,31 @@ TEST(CsvManager, SplitsRandomLinesAsThePlainLoopDoes) {
   }
 }
 
-TEST(CsvManager, ScannerFindsWhatThePlainOneFinds) {
+TEST(CsvManager, MarksUnitsAsThePlainLoopDoes) {
+  using namespace qorgen::exchange;
+  std::mt19937 random(5);
+  for (int round = 0; round < 2000; ++round) {
+    wchar_t text[kMarkBlock];
+    constexpr wchar_t kUnits[] = {L',', L'"', L'\x2C2C', L'\x2C00', L'\xFFFF', L'\x002D', 0};
+    for (wchar_t& unit : text) unit = kUnits[random() % std::size(kUnits)];
+    for (const wchar_t unit : kUnits) ASSERT_EQ(MarkUnit(text, unit), MarkUnitPlain(text, unit));
+  }
+}
+
+TEST(CsvManager, FindsMarksUpToTheEndOfTheLine) {
   using namespace qorgen::exchange;
   UnitSet set;
-  for (const wchar_t unit : {L',', L'\t', L'\xFF0C'}) set.Add(unit);
-  UnitSet one;
-  one.Add(L',');
-  for (int length = 0; length <= 40; ++length) {
-    for (int hit = 0; hit <= length + 2; ++hit) {
-      for (const wchar_t unit : {L',', L'\xFF0C', L'\x2C2C', L'\x2C00'}) {
-        wchar_t text[64] = {};
-        text[hit] = unit;
-        const wchar_t* const end = text + length;
-        EXPECT_EQ(FindAnyUnit(text, end, set), FindAnyUnitPlain(text, end, set)) << length << " " << hit;
-        EXPECT_EQ(FindAnyUnit(text, end, one), FindAnyUnitPlain(text, end, one)) << length << " " << hit;
-        EXPECT_EQ(FindAnyUnit(text, end, UnitSet()), end);
+  for (const wchar_t unit : {L',', L'\t', L';'}) set.Add(unit);
+  for (std::size_t length = 0; length <= 200; length += length % 64 < 3 || length % 64 > 60 ? 1 : 7) {
+    for (std::size_t hit = 0; hit <= length + 2; ++hit) {
+      wchar_t text[320] = {};
+      text[hit] = hit % 2 == 0 ? L',' : L';';
+      text[hit + 1] = L'"';
+      for (std::size_t from = 0; from <= length; from += 1 + from % 5) {
+        LineMarks marks(text, length, set, L'"');
+        ASSERT_EQ(marks.NextDelimiter(from), hit >= from && hit < length ? hit : length)
+            << length << " " << hit;
+        ASSERT_EQ(marks.NextQuote(from), hit + 1 >= from && hit + 1 < length ? hit + 1 : length) << length;
       }
     }
   }

@@ -1,5 +1,8 @@
 #include "qorgen/exchange/csv_manager.h"
 
+#include <array>
+#include <bit>
+#include <cstdint>
 #include <stdexcept>
 
 #include "qorgen/exchange/internal/line_scan.h"
@@ -8,8 +11,11 @@
 
 namespace {
 
+using qorgen::exchange::FieldList;
 using qorgen::exchange::IsSpace;
 using qorgen::exchange::LineMarks;
+using qorgen::exchange::MayBeSpace;
+using qorgen::exchange::RegularLine;
 using qorgen::exchange::UnitSet;
 
 static_assert(qorgen::exchange::FieldList::kPadding >= qorgen::exchange::kMarkBlock, "what a block may read");
@@ -48,13 +54,17 @@ wchar_t WrittenDelimiter(unsigned int delimiter_type) {
   return delimiter_type < 32 ? kWrittenDelimiters[delimiter_type] : L'\0';
 }
 
-UnitSet DelimiterSet(unsigned int delimiter_type) {
-  UnitSet set;
-  for (const DelimiterFlag& row : kDelimiters) {
-    if ((delimiter_type & row.flag) != 0) set.Add(row.character);
+// The delimiters of every delimiter type.
+constexpr std::array<UnitSet, 64> kDelimiterSets = [] {
+  std::array<UnitSet, 64> sets = {};
+  for (unsigned int type = 0; type < sets.size(); ++type) {
+    for (const DelimiterFlag& row : kDelimiters) {
+      if ((type & row.flag) != 0) sets[type].Add(row.character);
+    }
   }
-  return set;
-}
+  return sets;
+}();
+static_assert(kDelimiterSets[0].count == 0 && kDelimiterSets[63].count == 6);
 
 // Makes each pair of quotes in [text, end) one quote, from the left, in place; returns the new end.
 wchar_t* FoldPairs(wchar_t* text, const wchar_t* end, wchar_t quote) {
@@ -64,6 +74,35 @@ wchar_t* FoldPairs(wchar_t* text, const wchar_t* end, wchar_t quote) {
     if (*in == quote && in + 1 != end && in[1] == quote) ++in;
   }
   return out;
+}
+
+// Cuts a line whose quotes stand as a writer puts them; false, with nothing done, for any other.
+bool SplitRegular(FieldList& fields, wchar_t* text, std::size_t length, const UnitSet& delimiters,
+                  wchar_t quote) {
+  RegularLine line;
+  if (!line.Read(text, length, delimiters, quote)) return false;
+  const auto add = [&](std::size_t begin, std::size_t end) {
+    if (text[begin] != quote || quote == 0) {
+      fields.AddSpan(text + begin, end - begin);
+      return;
+    }
+    wchar_t* const field = text + begin + 1;
+    wchar_t* const closing = text + end - 1;
+    wchar_t* const field_end = line.HasPairs() ? FoldPairs(field, closing, quote) : closing;
+    fields.AddSpan(field, static_cast<std::size_t>(field_end - field));
+  };
+  std::size_t begin = 0;
+  for (std::size_t block = 0; block < line.Blocks(); ++block) {
+    for (std::uint64_t left = line.Separators(block); left != 0; left &= left - 1) {
+      const std::size_t end =
+          block * qorgen::exchange::kMarkBlock + static_cast<std::size_t>(std::countr_zero(left));
+      add(begin, end);
+      begin = end + 1;
+    }
+  }
+  // Behind a last separator there is one more field, the empty one; `begin` is then at the terminator.
+  add(begin, length);
+  return true;
 }
 
 void AppendQuoted(CString& line, const wchar_t* text, std::size_t length, wchar_t quote) {
@@ -103,6 +142,15 @@ int CQorCSVManager::SetElements(const wchar_t* line, unsigned int delimiterType_
   return GetCount();
 }
 
+void CQorCSVManager::SwapElements(CString& line, unsigned int delimiterType_, CSVMGR_QUOTES quotes_,
+                                  int someAsOne_) {
+  delimiterType = delimiterType_;
+  quotesType = quotes_;
+  someAsOne = someAsOne_;
+  readString.Swap(line);
+  Split(readString, static_cast<std::size_t>(readString.GetLength()));
+}
+
 void CQorCSVManager::separateString(const wchar_t* line) {
   Split(line, static_cast<std::size_t>(CString::StringLength(line)));
 }
@@ -111,39 +159,45 @@ void CQorCSVManager::separateString(const wchar_t* line) {
 void CQorCSVManager::Split(const wchar_t* line, std::size_t length) {
   wchar_t* const text = elements.BeginLine(line, length);
   if (length == 0) return;
-  const UnitSet delimiters = DelimiterSet(delimiterType);
+  const UnitSet& delimiters = kDelimiterSets[delimiterType % kDelimiterSets.size()];
   const wchar_t quote = QuoteCharacter(quotesType);
   const bool skip_space = quote != 0 && (delimiterType & CSVMGR_DELIM_SPACE) == 0;
+  // The white space in front of a quote may be a delimiter as well when that is the tab: not a case for this.
+  const bool tab_is_space = skip_space && (delimiterType & CSVMGR_DELIM_TAB) != 0;
+  if (someAsOne != 1 && !tab_is_space && SplitRegular(elements, text, length, delimiters, quote)) return;
+
   LineMarks marks(text, length, delimiters, quote);
 
   std::size_t rest = 0;
   std::size_t solid = 0;  // no character from `rest` up to here is anything but white space
   for (;;) {
-    // White space may itself be a delimiter (the tab), so the run found for one field serves the next ones
-    // too.
-    std::size_t opening = rest;
-    if (skip_space && rest != length && IsSpace(text[rest])) {
+    const wchar_t head =
+        text[rest];  // at the end of the line its terminator, which is neither space nor quote
+    std::size_t field = rest;
+    bool quoted = head == quote && head != 0;
+    if (skip_space && MayBeSpace(head) && IsSpace(head)) {
+      // White space may itself be a delimiter (the tab), so the run found for one field serves the next ones
+      // too.
       if (solid < rest) solid = rest;
-      while (solid != length && IsSpace(text[solid])) ++solid;
-      opening = solid;
+      while (IsSpace(text[solid])) ++solid;
+      quoted = text[solid] == quote;
+      if (quoted) field = solid;
     }
-    if (quote != 0 && opening != length && text[opening] == quote) {
-      const std::size_t field = opening + 1;
+    if (quoted) {
+      ++field;
       std::size_t closing = marks.NextQuote(field);
-      bool pairs = false;
-      while (closing + 1 < length && text[closing + 1] == quote) {
-        pairs = true;
-        closing = marks.NextQuote(closing + 2);
+      wchar_t* end = text + closing;
+      if (closing + 1 < length && text[closing + 1] == quote) {
+        do {
+          closing = marks.NextQuote(closing + 2);
+        } while (closing + 1 < length && text[closing + 1] == quote);
+        end = FoldPairs(text + field, text + closing, quote);
       }
       // What stands between the closing quote and the next delimiter is dropped; without a closing quote the
       // field takes the whole rest.
-      rest = marks.NextDelimiter(closing);
-      wchar_t* const end = text + closing;
-      elements.AddSpan(
-          text + field,
-          static_cast<std::size_t>((pairs ? FoldPairs(text + field, end, quote) : end) - (text + field)));
+      rest = marks.IsKnownDelimiter(closing + 1) ? closing + 1 : marks.NextDelimiter(closing);
+      elements.AddSpan(text + field, static_cast<std::size_t>(end - (text + field)));
     } else {
-      const std::size_t field = rest;
       rest = marks.NextDelimiter(rest);
       elements.AddSpan(text + field, rest - field);
     }

@@ -101,7 +101,10 @@ class QORGEN_API CQorCSVManager {
  private:
   friend class CQorTypeConverter;  // reads fields with their lengths
   friend class CQorImportManager;  // reads the raw line without sharing its block
-  friend class CQorCSVFile;        // stores the settings of a write
+  friend class CQorCSVFile;        // hands over lines
 
+  // SetElements of a line without a U+0000, which becomes the raw line without a copy: `line` has the block
+  // of the raw line before it afterwards.
+  void SwapElements(CString& line, unsigned int delimiterType, CSVMGR_QUOTES quotes, int someAsOne);
   void Split(const wchar_t* line, std::size_t length);
 };

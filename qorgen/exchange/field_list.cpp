@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace qorgen::exchange {
 namespace {
@@ -20,21 +21,32 @@ constexpr bool IsWasteful(std::size_t capacity, std::size_t needed, std::size_t 
 
 FieldList::FieldList(const FieldList& other) {
   std::size_t total = 0;
-  for (const Field& field : other.fields_) total += field.length + 1;
+  for (std::size_t i = 0; i < other.count_; ++i) total += other.fields_[i].length + 1;
   if (total == 0) return;
   capacity_ = total + kPadding;
   block_ = std::make_unique<wchar_t[]>(capacity_);
-  fields_.reserve(other.fields_.size());
-  for (const Field& field : other.fields_) Append(field.text, field.length);
+  fields_.reserve(other.count_);
+  for (std::size_t i = 0; i < other.count_; ++i) Append(other.fields_[i].text, other.fields_[i].length);
 }
 
 FieldList& FieldList::operator=(const FieldList& other) {
-  if (this != &other) *this = FieldList(other);
+  if (this == &other) return *this;
+  FieldList copy(other);
+  fields_.swap(copy.fields_);
+  std::swap(count_, copy.count_);
+  block_.swap(copy.block_);
+  std::swap(capacity_, copy.capacity_);
+  std::swap(used_, copy.used_);
+  outgrown_.swap(copy.outgrown_);
   return *this;
 }
 
+void FieldList::Grow() {
+  fields_.resize(std::max<std::size_t>(16, fields_.size() * 2));
+}
+
 void FieldList::Clear() noexcept {
-  fields_.clear();
+  count_ = 0;
   outgrown_.clear();
   used_ = 0;
 }
@@ -57,8 +69,8 @@ void FieldList::Append(const wchar_t* text, std::size_t length) {
 }
 
 wchar_t* FieldList::BeginLine(const wchar_t* line, std::size_t length) {
-  if (IsWasteful(fields_.capacity(), fields_.size(), kKeptFields)) fields_.shrink_to_fit();
-  fields_.clear();
+  if (IsWasteful(fields_.size(), count_, kKeptFields)) fields_ = std::vector<Field>(kKeptFields);
+  count_ = 0;
   const std::size_t needed = length + 1 + kPadding;
   if (needed > capacity_ || IsWasteful(capacity_, needed, kKeptCharacters)) {
     const std::size_t capacity = std::max(kFirstCapacity, needed + needed / 4);

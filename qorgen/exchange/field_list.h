@@ -17,10 +17,9 @@ class FieldList {
   FieldList() = default;
   FieldList(const FieldList& other);
   FieldList& operator=(const FieldList& other);
-  FieldList(FieldList&&) = default;
-  FieldList& operator=(FieldList&&) = default;
+  ~FieldList() = default;
 
-  std::size_t Count() const noexcept { return fields_.size(); }
+  std::size_t Count() const noexcept { return count_; }
   // REQUIRES: index < Count(). The text stays where it is until the next Clear or BeginLine, also while more
   // fields are appended.
   const wchar_t* Text(std::size_t index) const noexcept { return fields_[index].text; }
@@ -40,7 +39,8 @@ class FieldList {
   // Makes a field of a stretch of the line of BeginLine. The character behind the stretch is overwritten.
   void AddSpan(wchar_t* text, std::size_t length) {
     text[length] = L'\0';
-    fields_.push_back({text, length});
+    if (count_ == fields_.size()) Grow();
+    fields_[count_++] = {text, length};
   }
 
   // Characters that can be read behind the end of a line: one block of the scanner.
@@ -53,7 +53,10 @@ class FieldList {
   };
   using Block = std::unique_ptr<wchar_t[]>;
 
-  std::vector<Field> fields_;
+  void Grow();
+
+  std::vector<Field> fields_;  // the first count_ are in use
+  std::size_t count_ = 0;
   Block block_;
   std::size_t capacity_ = 0;
   std::size_t used_ = 0;

@@ -154,7 +154,7 @@ TEST(CsvManager, SplitsRandomLinesAsThePlainLoopDoes) {
   CQorCSVManager manager;
   for (int round = 0; round < 20000; ++round) {
     std::u16string line;
-    for (std::size_t n = random() % (round % 50 == 0 ? 200 : 24); n > 0; --n)
+    for (std::size_t n = random() % (round % 51 == 0 ? 400 : 24); n > 0; --n)
       line += kAlphabet[random() % kLetters];
     const unsigned int type = round % 3 == 0 ? kComma : random() % 64;
     const auto quotes = static_cast<CSVMGR_QUOTES>(random() % 3);
@@ -188,7 +188,7 @@ TEST(CsvManager, FindsMarksUpToTheEndOfTheLine) {
   using namespace qorgen::exchange;
   UnitSet set;
   for (const wchar_t unit : {L',', L'\t', L';'}) set.Add(unit);
-  for (std::size_t length = 0; length <= 200; length += length % 64 < 3 || length % 64 > 60 ? 1 : 7) {
+  for (std::size_t length = 0; length <= 130; length += length % 64 < 2 || length % 64 > 61 ? 1 : 11) {
     for (std::size_t hit = 0; hit <= length + 2; ++hit) {
       wchar_t text[320] = {};
       text[hit] = hit % 2 == 0 ? L',' : L';';

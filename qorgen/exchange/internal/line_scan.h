@@ -23,7 +23,7 @@ struct UnitSet {
   wchar_t units[6] = {};
   int count = 0;
 
-  void Add(wchar_t unit) { units[count++] = unit; }
+  constexpr void Add(wchar_t unit) { units[count++] = unit; }
 };
 
 // Bit i is set where text[i] is `unit`, for 64 units.
@@ -36,17 +36,19 @@ inline std::uint64_t MarkUnitPlain(const wchar_t* text, wchar_t unit) {
 }
 
 #if defined(__SSE2__)
+// The same for 16 of the units, in the low bits: the comparison gives 0 or -1 per unit, which a byte holds as
+// well.
+inline std::uint64_t MarkSixteen(const wchar_t* text, __m128i unit) {
+  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + 8));
+  const __m128i equal = _mm_packs_epi16(_mm_cmpeq_epi16(low, unit), _mm_cmpeq_epi16(high, unit));
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(equal));
+}
+
 inline std::uint64_t MarkUnit(const wchar_t* text, wchar_t unit) {
   const __m128i wanted = _mm_set1_epi16(static_cast<short>(unit));
-  std::uint64_t marks = 0;
-  for (unsigned int i = 0; i < kMarkBlock; i += 16) {
-    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i));
-    const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i + 8));
-    // The comparison gives 0 or -1 per unit, which a byte holds as well.
-    const __m128i equal = _mm_packs_epi16(_mm_cmpeq_epi16(low, wanted), _mm_cmpeq_epi16(high, wanted));
-    marks |= std::uint64_t{static_cast<std::uint32_t>(_mm_movemask_epi8(equal))} << i;
-  }
-  return marks;
+  return MarkSixteen(text, wanted) | MarkSixteen(text + 16, wanted) << 16 |
+         MarkSixteen(text + 32, wanted) << 32 | MarkSixteen(text + 48, wanted) << 48;
 }
 #else
 inline std::uint64_t MarkUnit(const wchar_t* text, wchar_t unit) {
@@ -68,6 +70,11 @@ class LineMarks {
   // The first delimiter or quote at `from` or behind it, or the length of the line.
   std::size_t NextDelimiter(std::size_t from) { return Next(from, delimiter_marks_); }
   std::size_t NextQuote(std::size_t from) { return Next(from, quote_marks_); }
+
+  // Whether there is a delimiter at `place`, if that is known without looking at another block.
+  bool IsKnownDelimiter(std::size_t place) const {
+    return place / kMarkBlock == block_ / kMarkBlock && (delimiter_marks_ >> (place % kMarkBlock) & 1) != 0;
+  }
 
  private:
   std::size_t Next(std::size_t from, const std::uint64_t& marks) {
@@ -110,6 +117,75 @@ class LineMarks {
   std::size_t block_ = 0;
   std::uint64_t delimiter_marks_ = 0;
   std::uint64_t quote_marks_ = 0;
+};
+
+// Bit i is the number of bits up to and with bit i, modulo 2: set from an opening quote up to the closing
+// one.
+constexpr std::uint64_t Parity(std::uint64_t bits) {
+  bits ^= bits << 1;
+  bits ^= bits << 2;
+  bits ^= bits << 4;
+  bits ^= bits << 8;
+  bits ^= bits << 16;
+  bits ^= bits << 32;
+  return bits;
+}
+static_assert(Parity(0b100100010010) == 0b011100001110);
+
+// The separators of a regular line, found without looking at its fields one by one.
+//
+// A line is regular when its quotes stand as a writer puts them: in front of a field and behind it, and in
+// pairs between. Delimiters outside the quotes are then the separators, and a field is quoted if it begins
+// with a quote. All other lines, and those of more than kUnits units, are for the loop that takes field after
+// field.
+class RegularLine {
+ public:
+  static constexpr std::size_t kUnits = 64 * kMarkBlock;
+
+  // Looks at a line, under the conditions of LineMarks, and says whether it is regular.
+  bool Read(const wchar_t* text, std::size_t length, const UnitSet& delimiters, wchar_t quote) {
+    if (length > kUnits) return false;
+    std::uint64_t inside_before = 0;  // all ones when the block begins inside quotes
+    std::uint64_t may_open = 1;       // in bit 0: the unit before the block allows a quote to open here
+    std::uint64_t must_end = 0;       // in bit 0: the unit before the block closed a quote
+    std::uint64_t pairs = 0;
+    std::uint64_t irregular = 0;
+    blocks_ = 0;
+    for (std::size_t at = 0; at < length; at += kMarkBlock) {
+      const std::size_t left = length - at;
+      const std::uint64_t valid = left < kMarkBlock ? (std::uint64_t{1} << left) - 1 : ~std::uint64_t{0};
+      std::uint64_t ends = 0;
+      for (int i = 0; i < delimiters.count; ++i) ends |= MarkUnit(text + at, delimiters.units[i]);
+      const std::uint64_t quotes = quote != 0 ? MarkUnit(text + at, quote) & valid : 0;
+      const std::uint64_t inside = Parity(quotes) ^ inside_before;
+      const std::uint64_t separators = ends & ~inside & valid;
+      const std::uint64_t opening = quotes & inside;
+      const std::uint64_t closing = quotes & ~inside;
+      const std::uint64_t behind_closing = closing << 1 | must_end;
+      irregular |= opening & ~((separators | closing) << 1 | may_open);
+      irregular |= behind_closing & ~(separators | opening) & valid;
+      pairs |= behind_closing & opening;
+      separators_[blocks_++] = separators;
+      inside_before = std::uint64_t{0} - (inside >> 63);
+      may_open = (separators | closing) >> 63;
+      must_end = closing >> 63;
+      last_inside_ = inside >> ((left < kMarkBlock ? left : kMarkBlock) - 1) & 1;
+    }
+    has_pairs_ = pairs != 0;
+    return irregular == 0 && last_inside_ == 0;
+  }
+
+  std::size_t Blocks() const { return blocks_; }
+  // A bit per unit of a block, set at separators.
+  std::uint64_t Separators(std::size_t block) const { return separators_[block]; }
+  // Whether there are pairs of quotes inside quotes.
+  bool HasPairs() const { return has_pairs_; }
+
+ private:
+  std::uint64_t separators_[kUnits / kMarkBlock];
+  std::size_t blocks_ = 0;
+  std::uint64_t last_inside_ = 0;
+  bool has_pairs_ = false;
 };
 
 }  // namespace qorgen::exchange

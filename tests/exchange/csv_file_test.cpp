@@ -1,0 +1,306 @@
+// CSV files: every way a line can end or be broken, in both encodings, and what is written.
+
+#include "qorgen/exchange/csv_file.h"
+
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "qorgen/afx/exception.h"
+#include "qorgen/exchange/line_reader.h"
+#include "qorgen/platform/crt.h"
+
+#include "tests/exchange/temp_file.h"
+#include "tests/support/text.h"
+#include "tests/support/throws.h"
+
+namespace {
+
+using qorgen::exchange::LineReader;
+using qorgen::tests::TempFile;
+using qorgen::tests::Utf8;
+using std::string_literals::operator""s;
+
+constexpr unsigned int kComma = CSVMGR_DELIM_COMMA;
+using Lines = std::vector<std::string>;
+
+std::string Repeat(const std::string& text, int times) {
+  std::string out;
+  while (times-- > 0) out += text;
+  return out;
+}
+
+// The raw lines that ReadCSV finds, in UTF-8, and a check that the end is the end for good.
+Lines ReadAll(CQorCSVFile& file) {
+  Lines lines;
+  CQorCSVManager manager;
+  while (file.ReadCSV(manager) != 0) lines.push_back(Utf8(manager.GetReadString()));
+  EXPECT_EQ(file.ReadCSV(manager), 0);
+  return lines;
+}
+
+Lines ReadLegacy(const std::string& bytes) {
+  const TempFile temp(bytes);
+  CQorCSVFile file(temp.Path(), 0, kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  return ReadAll(file);
+}
+
+Lines ReadUtf8(const std::string& bytes) {
+  const TempFile temp(bytes);
+  CQorUTF8CSVFile file(_wfopen(temp.Path(), L"rt,ccs=UTF-8"), kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  const Lines lines = ReadAll(file);
+  file.Close();
+  return lines;
+}
+
+TEST(CsvFile, ReadsLinesHoweverTheyEnd) {
+  const struct {
+    std::string bytes;
+    Lines lines;
+  } rows[] = {
+      {"", {}},
+      {"\n", {""}},
+      {"\r\n", {""}},
+      {"a,b\r\nc\n\nd", {"a,b", "c", "", "d"}},
+      {"a\n", {"a"}},
+      {"a\r\n\r\nb\r\n", {"a", "", "b"}},
+      {"a\rb\nc", {"a\rb", "c"}},
+      {"a\0b\nc\n"s, {"a", "c"}},
+      {"\0\nc\n"s, {"", "c"}},
+      {"a\0"s, {"a"}},
+      {"a\0\0\0\nb\0c"s, {"a", "b"}},
+      {Repeat("x", 3000) + "\ny\n", {Repeat("x", 3000), "y"}},
+      {Repeat("x", 1023) + "\n" + Repeat("y", 1022) + "\n" + Repeat("z", 1024),
+       {Repeat("x", 1023), Repeat("y", 1022), Repeat("z", 1024)}},
+      {Repeat("x", 1022) + "\r\n" + Repeat("y", 1021) + "\r\nz", {Repeat("x", 1022), Repeat("y", 1021), "z"}},
+      {Repeat("x", 1023), {Repeat("x", 1023)}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.bytes.substr(0, 60)));
+    EXPECT_EQ(ReadLegacy(row.bytes), row.lines);
+    EXPECT_EQ(ReadUtf8(row.bytes), row.lines);
+    EXPECT_EQ(ReadUtf8("\xEF\xBB\xBF" + row.bytes), row.lines);
+  }
+}
+
+TEST(CsvFile, DecodesLegacyBytes) {
+  const struct {
+    std::string bytes;
+    Lines lines;
+  } rows[] = {
+      {"\x93\xFA\x96\x7B,\xB1\xDE\n", {"日本,ｱﾞ"}},
+      {"\x81\x5C\x83\x5C,\x5C\n", {"―ソ,\\"}},  // trail bytes that look like a backslash
+      {"a\r\r\nb\n", {"a", "b"}},               // all carriage returns in front of the line feed go
+      {"a\r", {"a\r"}},                         // a last line stays as it is
+      {"a\x93\nb\x93", {"a", "b"}},             // half a character at the end of a line is lost
+      {"a\x81\x20,b\n", {"a・,b"}},             // not a pair
+      {Repeat("x", 1022) + "\x93\xFA\n", {Repeat("x", 1022) + "日"}},  // across the reader's pieces
+      {Repeat("\x93\xFA", 5000) + "x", {Repeat("日", 5000) + "x"}},
+      {"\x93\xFA\0\x96\x7B\nb"s, {"日", "b"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.bytes.substr(0, 60)));
+    EXPECT_EQ(ReadLegacy(row.bytes), row.lines);
+  }
+}
+
+TEST(CsvFile, DecodesUtf8Bytes) {
+  const struct {
+    std::string bytes;
+    Lines lines;
+  } rows[] = {
+      {"\xEF\xBB\xBF日本,ｱﾞ\r\n𠮷\n", {"日本,ｱﾞ", "𠮷"}},
+      {"日本\n", {"日本"}},
+      {"\xEF\xBB\xBF", {}},
+      {Repeat("日", 5000) + "x\ny", {Repeat("日", 5000) + "x", "y"}},
+      {Repeat("x", 1023) + "𠮷\n", {Repeat("x", 1023) + "𠮷"}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.bytes.substr(0, 60)));
+    EXPECT_EQ(ReadUtf8(row.bytes), row.lines);
+  }
+  // Bytes that aren't UTF-8 spoil their own place only, and the lines around them are read.
+  for (const std::string& bad : {"\xFF"s, "\xC3"s, "\xE3\x81"s, "\xED\xA0\x80"s}) {
+    const Lines lines = ReadUtf8("a\nb" + bad + "\nc\n");
+    ASSERT_EQ(lines.size(), 3u) << testing::PrintToString(bad);
+    EXPECT_EQ(lines[0], "a");
+    EXPECT_EQ(lines[1].substr(0, 1), "b");
+    EXPECT_EQ(lines[2], "c");
+  }
+}
+
+TEST(CsvFile, UsesSettingsOfTheCallOrItsOwn) {
+  const TempFile temp("a;'b;c',d\na;'b;c',d\n");
+  CQorCSVFile file(temp.Path(), 0);
+  CQorCSVManager manager;
+  EXPECT_EQ(file.ReadCSV(manager), 0);
+  EXPECT_EQ(file.ReadCSV(manager, 0, CSVMGR_QUOTES_SINGLE, 0), 0);
+  EXPECT_EQ(file.GetPosition(), 0u);
+  EXPECT_EQ(file.ReadCSV(manager, CSVMGR_DELIM_SEMICOLON, CSVMGR_QUOTES_SINGLE, 0), 1);
+  EXPECT_EQ(manager.GetCount(), 2);
+  EXPECT_EQ(file.ReadCSV(manager), 0);
+  EXPECT_EQ(file.ReadCSV(manager, kComma, CSVMGR_QUOTES_NONE, 0), 1);
+  EXPECT_TEXT(L"a;'b;c'", manager.GetAt(0));
+  file.Close();
+
+  CQorCSVFile runs(temp.Path(), 0, CSVMGR_DELIM_SEMICOLON | kComma, CSVMGR_QUOTES_NONE, 1);
+  EXPECT_EQ(runs.ReadCSV(manager), 1);
+  EXPECT_EQ(manager.GetCount(), 4);
+}
+
+TEST(CsvFile, AnswersWithoutAnOpenFile) {
+  CQorCSVManager manager;
+  CQorCSVFile closed;
+  EXPECT_EQ(closed.ReadCSV(manager), 0);
+  CQorCSVFile set(kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  EXPECT_EQ(set.ReadCSV(manager), 0);
+  CQorUTF8CSVFile none(nullptr, kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  EXPECT_EQ(none.ReadCSV(manager), 0);
+  EXPECT_THROWS_POINTER(CQorCSVFile(L"C:\\no such folder\\x.csv", 0), CFileException);
+
+  const TempFile temp("a,b\n");
+  EXPECT_NE(set.Open(temp.Path(), CFile::modeRead), 0);
+  EXPECT_EQ(set.ReadCSV(manager), 1);
+  EXPECT_TEXT(L"b", manager.GetAt(1));
+}
+
+TEST(CsvFile, ReportsReadsThatFail) {
+  const TempFile temp;
+  CQorCSVFile file(temp.Path(), CFile::modeCreate | CFile::modeWrite, kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  CQorCSVManager manager(L"a", kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  EXPECT_THROWS_POINTER(file.ReadCSV(manager), CFileException);
+  EXPECT_EQ(manager.GetCount(), 1);
+}
+
+TEST(CsvFile, WritesLegacyLines) {
+  const TempFile temp;
+  {
+    CQorCSVFile file(temp.Path(), CFile::modeCreate | CFile::modeWrite, kComma, CSVMGR_QUOTES_DOUBLE, 0);
+    CQorCSVManager manager;
+    manager.SetCommentLineInfo(1, 2);
+    for (const wchar_t* field : {L"日本\"", L"𠮷x"}) manager.AddElement(field);
+    for (int number = 1; number <= 3; ++number) {
+      EXPECT_EQ(file.WriteCSV(manager, CSVMGR_DELIM_TAB, CSVMGR_QUOTES_SINGLE, number), 1);
+    }
+    EXPECT_EQ(file.WriteCSV(manager), 1);
+    EXPECT_EQ(file.WriteCSV(manager, 0, CSVMGR_QUOTES_SINGLE, 1), 0);
+    // A write leaves its settings in the manager.
+    CString line;
+    EXPECT_TEXT(L"\"日本\"\"\",\"𠮷x\"", manager.MakeString(line));
+    file.Close();
+  }
+  EXPECT_EQ(temp.Get(),
+            "#'\x93\xFA\x96\x7B\"'\t'??x'\r\n#'\x93\xFA\x96\x7B\"'\t'??x'\r\n'\x93\xFA\x96\x7B\"'\t'??x'\r\n"
+            "\"\x93\xFA\x96\x7B\"\"\",\"??x\"\r\n");
+
+  CQorCSVFile unset(temp.Path(), CFile::modeCreate | CFile::modeWrite);
+  CQorCSVManager manager(L"a,b", kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  EXPECT_EQ(unset.WriteCSV(manager), 0);
+  unset.Close();
+  EXPECT_EQ(temp.Get(), "");
+}
+
+TEST(CsvFile, WritesLongLegacyLines) {
+  const TempFile temp;
+  CQorCSVFile file(temp.Path(), CFile::modeCreate | CFile::modeWrite, kComma, CSVMGR_QUOTES_NONE, 0);
+  CQorCSVManager manager;
+  CString field;
+  for (int i = 0; i < 300000; ++i) field.AppendChar(i % 2 == 0 ? L'日' : L'x');
+  manager.AddElement(field);
+  manager.AddElement(L"y");
+  EXPECT_EQ(file.WriteCSV(manager), 1);
+  file.Close();
+  EXPECT_EQ(temp.Get(), Repeat("\x93\xFAx", 150000) + ",y\r\n");
+}
+
+TEST(CsvFile, WritesUtf8Lines) {
+  const TempFile temp;
+  CQorUTF8CSVFile file(_wfopen(temp.Path(), L"wt,ccs=UTF-8"), kComma, CSVMGR_QUOTES_NONE, 0);
+  CQorCSVManager manager;
+  for (const wchar_t* field : {L"日本", L"𠮷"}) manager.AddElement(field);
+  EXPECT_EQ(file.WriteCSV(manager), 1);
+  EXPECT_EQ(file.WriteCSV(manager, CSVMGR_DELIM_TAB, CSVMGR_QUOTES_DOUBLE, 1), 1);
+  file.Close();
+  // The stream is rewound over the mark that opening it wrote, so the first line takes its place.
+  EXPECT_EQ(temp.Get(), "日本,𠮷\r\n\"日本\"\t\"𠮷\"\r\n");
+}
+
+// Lines come and go through the virtual pair, whatever it does.
+class OwnLines : public CQorCSVFile {
+ public:
+  OwnLines() : CQorCSVFile(kComma, CSVMGR_QUOTES_DOUBLE, 0) {}
+  std::vector<std::string> written;
+  int left = 2;
+
+ protected:
+  int ReadString(CString& line) override {
+    if (left-- == 0) return 0;
+    line = CString(L"from,memory\0,and,more", 20);
+    return 1;
+  }
+  void WriteString(const wchar_t* text) override {
+    written.push_back(Utf8(text));
+    CQorCSVManager inner(L"inner", kComma, CSVMGR_QUOTES_DOUBLE, 0);
+    if (written.size() == 1) WriteCSV(inner);
+    written.push_back(Utf8(text));
+  }
+};
+
+TEST(CsvFile, CallsOverrides) {
+  OwnLines file;
+  CQorCSVManager manager;
+  EXPECT_EQ(file.ReadCSV(manager), 1);
+  EXPECT_EQ(manager.GetCount(), 2);
+  EXPECT_TEXT(L"memory", manager.GetAt(1));
+  EXPECT_EQ(manager.GetReadString().GetLength(), 11);
+  EXPECT_EQ(file.ReadCSV(manager, CSVMGR_DELIM_TAB, CSVMGR_QUOTES_NONE, 0), 1);
+  EXPECT_EQ(file.ReadCSV(manager), 0);
+  manager.SetElements(L"a", kComma, CSVMGR_QUOTES_DOUBLE, 0);
+  EXPECT_EQ(file.WriteCSV(manager), 1);
+  EXPECT_EQ(file.written, (Lines{"\"a\"\n", "\"inner\"\n", "\"inner\"\n", "\"a\"\n"}));
+}
+
+TEST(LineReader, PassesOverLinesBeyondItsLimit) {
+  const TempFile temp(Repeat("x", 5000) + "\nab\n" + Repeat("y", 2001) + "\n" + Repeat("z", 9000));
+  std::FILE* const stream = _wfopen(temp.Path(), L"rt");
+  ASSERT_NE(stream, nullptr);
+  LineReader reader(2000);
+  EXPECT_EQ(reader.Read(stream), LineReader::Result::kNoMemory);
+  EXPECT_EQ(reader.Read(stream), LineReader::Result::kLine);
+  EXPECT_EQ(std::string(reader.Text(), reader.Length()), "ab");
+  EXPECT_EQ(reader.Read(stream), LineReader::Result::kNoMemory);
+  EXPECT_EQ(reader.Read(stream), LineReader::Result::kNoMemory);
+  EXPECT_EQ(reader.Read(stream), LineReader::Result::kEnd);
+  fclose(stream);
+}
+
+TEST(LineReader, KeepsEveryByte) {
+  // Lines of all lengths around the size of a piece, with NUL bytes at either end and in the middle.
+  std::string bytes;
+  Lines lines;
+  for (int length :
+       {0, 1, 2, 3, 1020, 1021, 1022, 1023, 1024, 2044, 2045, 2046, 2047, 2048, 4090, 4095, 4096}) {
+    for (int nul = -1; nul < 4; ++nul) {
+      std::string line(static_cast<std::size_t>(length), 'a');
+      if (length != 0 && nul >= 0) line[static_cast<std::size_t>((length - 1) * nul / 3)] = '\0';
+      bytes += line + "\n";
+      lines.push_back(line);
+    }
+  }
+  bytes += "end\0"s;
+  lines.push_back("end\0"s);
+  const TempFile temp(bytes);
+  std::FILE* const stream = _wfopen(temp.Path(), L"rt");
+  ASSERT_NE(stream, nullptr);
+  LineReader reader;
+  for (const std::string& line : lines) {
+    ASSERT_EQ(reader.Read(stream), LineReader::Result::kLine);
+    ASSERT_EQ(std::string(reader.Text(), reader.Length()), line);
+    ASSERT_EQ(reader.Text()[reader.Length()], '\0');
+  }
+  EXPECT_EQ(reader.Read(stream), LineReader::Result::kEnd);
+  fclose(stream);
+}
+
+}  // namespace

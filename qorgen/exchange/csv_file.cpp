@@ -178,8 +178,9 @@ int CQorUTF8CSVFile::ReadString(CString& line) {
   if (IsWastefulText(line, line.GetLength())) line.Empty();
   const int result = CStdioFile::ReadString(line);
   int length = line.GetLength();
-  if (result != 0 && length != 0 && line.Find(L'\n') >= 0) {
-    const wchar_t* const text = line;
+  const wchar_t* const text = line;
+  // A line feed can only be its last character.
+  if (result != 0 && length != 0 && text[length - 1] == L'\n') {
     while (length != 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r')) --length;
     line.Truncate(length);
   }

@@ -11,7 +11,7 @@
 #include "qorgen/platform/export.h"
 
 // The quote character. A value outside the list counts as CSVMGR_QUOTES_NONE.
-enum CSVMGR_QUOTES {
+enum CSVMGR_QUOTES : int {
   CSVMGR_QUOTES_DOUBLE = 0,  // "
   CSVMGR_QUOTES_SINGLE = 1,  // '
   CSVMGR_QUOTES_NONE = 2,

@@ -20,7 +20,7 @@
 #include "qorgen/exchange/type_converter.h"
 #include "qorgen/platform/export.h"
 
-enum READSTATUS {
+enum READSTATUS : int {
   READSTATUS_OK = 0,     // a row was read and converted
   READSTATUS_SKIP = 1,   // a comment (# in the very first place) or an empty line; the record wasn't touched
   READSTATUS_ERROR = 3,  // the row failed in conversion, or no file is open

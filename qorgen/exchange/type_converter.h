@@ -40,7 +40,7 @@ inline constexpr unsigned int TYPECHECK_UNSIGNED = 0x1;       // a number may no
 inline constexpr unsigned int TYPECHECK_SIGNDIGIT = 0x2;      // a minus sign takes one of the digit places
 inline constexpr unsigned int TYPECHECK_FIXEDDECIMALS = 0x4;  // `decimals` places are reserved out of `size`
 
-enum TypeError {
+enum TypeError : int {
   TYPEERROR_NONE = 0,
   TYPEERROR_FIELDCOUNT = 1,      // the line has another number of fields than the table
   TYPEERROR_LENGTH = 2,          // a text is longer than `size`

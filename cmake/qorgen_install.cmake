@@ -5,14 +5,26 @@ install(TARGETS qorgen EXPORT qorgen_targets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-# Everything but what the library keeps to itself: sources of a host, inner headers, and the platform services whose
-# functions are not exported (a client on Windows has the system's own, on Linux the public classes).
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/qorgen DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-        FILES_MATCHING PATTERN "*.h"
-        PATTERN "internal" EXCLUDE
-        PATTERN "platform/linux" EXCLUDE
-        PATTERN "platform/windows" EXCLUDE
-        PATTERN "platform/crt.h" EXCLUDE)
+# What the umbrella header reaches is the public surface; the rest the library keeps to itself.
+function(qorgen_reach header reached)
+  set(found ${${reached}})
+  if(NOT header IN_LIST found)
+    list(APPEND found ${header})
+    file(STRINGS ${PROJECT_SOURCE_DIR}/${header} lines REGEX "^[ \t]*#[ \t]*include[ \t]+\"qorgen/")
+    foreach(line IN LISTS lines)
+      string(REGEX REPLACE ".*\"(qorgen/[^\"]+)\".*" "\\1" next "${line}")
+      qorgen_reach(${next} found)
+    endforeach()
+  endif()
+  set(${reached} ${found} PARENT_SCOPE)
+endfunction()
+set(public_headers)
+qorgen_reach(qorgen/qorgen.h public_headers)
+foreach(header IN LISTS public_headers)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${header})
+  get_filename_component(folder ${header} DIRECTORY)
+  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
+endforeach()
 install(EXPORT qorgen_targets NAMESPACE qorgen:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/qorgen)
 
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/qorgen-config.cmake.in

@@ -2,8 +2,14 @@
 # the sanitizer's own symbols and asks its clients for them.
 set(checks ${CMAKE_CURRENT_SOURCE_DIR}/checks)
 add_test(NAME check_layers COMMAND ${checks}/layers.sh ${PROJECT_SOURCE_DIR})
+add_test(NAME check_import_example COMMAND ${checks}/import_example.sh $<TARGET_FILE:qorgen_import_example>
+                                           ${PROJECT_SOURCE_DIR})
 if(NOT QORGEN_SANITIZE)
   add_test(NAME check_wide_symbols COMMAND ${checks}/wide_symbols.sh $<TARGET_FILE:qorgen>)
+  add_test(NAME check_format COMMAND ${checks}/format.sh ${PROJECT_SOURCE_DIR})
+  add_test(NAME check_package COMMAND ${checks}/package.sh ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}
+                                      ${CMAKE_CXX_COMPILER})
+  add_test(NAME check_readme COMMAND ${checks}/readme.sh ${PROJECT_SOURCE_DIR} $<TARGET_FILE:qorgen_first_example>)
 endif()
 
 # Every public header stands on its own: a source each that includes nothing else.

@@ -1,0 +1,161 @@
+"""Runs the whole-process measurements in turn, reads the in-process ones, and prints one table of ratios.
+Started by bench/run."""
+import argparse
+import datetime
+import json
+import os
+import platform
+import resource
+import subprocess
+import time
+
+ROUNDS = 5
+
+
+def once(command):
+    """Seconds of wall time, peak memory in MB, and the output of one process."""
+    started = time.perf_counter()
+    process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    output = process.stdout.read().decode()
+    _, status, usage = os.wait4(process.pid, 0)
+    process.returncode = os.waitstatus_to_exitcode(status)
+    seconds = time.perf_counter() - started
+    if process.returncode != 0:
+        raise RuntimeError(f"{command[0]} ended with {process.returncode}: {process.stderr.read().decode()[-500:]}")
+    return seconds, usage.ru_maxrss / 1024, output
+
+
+def in_turn(commands, rounds=ROUNDS):
+    """Each command's best time and largest memory over rounds in which all run after one another."""
+    best = {}
+    for _ in range(rounds):
+        for name, command in commands.items():
+            seconds, memory, output = once(command)
+            former = best.get(name, (seconds, memory, output))
+            best[name] = (min(seconds, former[0]), max(memory, former[1]), output)
+    return best
+
+
+def has_pandas(python):
+    return subprocess.run([python, "-c", "import pandas"], capture_output=True).returncode == 0
+
+
+def cpu_name():
+    try:
+        for line in open("/proc/cpuinfo"):
+            if line.startswith("model name"):
+                return line.split(":", 1)[1].strip()
+    except OSError:
+        pass
+    return platform.processor()
+
+
+def table(rows, heads):
+    print("| " + " | ".join(heads) + " |")
+    print("|" + "|".join("---" if i == 0 else "---:" for i in range(len(heads))) + "|")
+    for row in rows:
+        print("| " + " | ".join(row) + " |")
+    print()
+
+
+def whole_processes(options, missing):
+    size = os.path.getsize(options.big) / 1e6
+    commands = {
+        "qorGen": [options.import_program, options.big],
+        "plain 64K table, decoding only": [options.decode_program, options.big],
+    }
+    if options.rust:
+        commands["Rust csv + encoding_rs"] = [options.rust, options.big]
+    else:
+        missing.append("Rust csv + encoding_rs")
+    slow = {"Python csv": [options.python, f"{options.peers}/csv_module.py", options.big]}
+    if has_pandas(options.python):
+        slow["pandas"] = [options.python, f"{options.peers}/pandas_import.py", options.big]
+    else:
+        missing.append("pandas")
+    measured = {**in_turn(commands), **in_turn(slow, 2)}
+    sums = {name: output.strip() for name, (_, _, output) in measured.items() if "rows=" in output}
+    if len(set(sums.values())) != 1:
+        raise RuntimeError(f"the programs disagree on what they read: {sums}")
+    ours = measured["qorGen"][0]
+    print(f"### Import of {size:.0f} MB, whole processes\n")
+    rows = [
+        [name, f"{seconds:.3f}", f"{size / seconds:.0f}", f"{memory:.1f}", f"{seconds / ours:.2f}"]
+        for name, (seconds, memory, _) in sorted(measured.items(), key=lambda item: item[1][0])
+    ]
+    table(rows, ["program", "s", "MB/s", "peak MB", "time / qorGen's"])
+
+
+def memory_over_size(options):
+    with open(options.file, "rb") as file:
+        content = file.read()
+    rows = []
+    for target in (10_000_000, 1_000_000_000):
+        path = os.path.join(options.work, "sized.csv")
+        with open(path, "wb") as file:
+            written = 0
+            while written < target:
+                part = content if target - written >= len(content) else content[: target - written]
+                if len(part) < len(content):
+                    part = part[: part.rfind(b"\n") + 1]
+                    file.write(part)
+                    written += len(part)
+                    break
+                file.write(part)
+                written += len(part)
+        seconds, memory, _ = once([options.import_program, path])
+        rows.append([f"{written / 1e6:.0f} MB", f"{seconds:.3f}", f"{memory:.1f}"])
+        os.remove(path)
+    print("### Peak memory over the size of the file\n")
+    table(rows, ["file", "s", "peak MB"])
+
+
+def in_process(options, missing):
+    with open(options.in_process) as file:
+        results = json.load(file)
+    times, absent = {}, set()
+    for item in results["benchmarks"]:
+        if item.get("error_occurred"):
+            absent.add(item["name"].split("/repeats")[0] + f" ({item['error_message']})")
+        elif item.get("run_type") == "iteration":
+            name = item["run_name"]
+            times[name] = min(times.get(name, float("inf")), item["cpu_time"])
+    missing.extend(sorted(absent))
+    subjects = {}
+    for name, nanoseconds in times.items():
+        subject, peer, *rest = name.split("/")
+        key = subject if not rest else f"{subject}, {int(rest[0]):,} characters"
+        subjects.setdefault(key, {})[peer] = nanoseconds
+    print("### In one process\n")
+    rows = []
+    for subject, peers in subjects.items():
+        ours = peers.get("qorgen")
+        if ours is None:
+            continue
+        rows.append([subject, "qorgen", f"{ours:,.1f}", "1.00"])
+        rows += [["", peer, f"{value:,.1f}", f"{value / ours:.2f}"] for peer, value in peers.items() if peer != "qorgen"]
+    table(rows, ["subject", "with", "ns a call", "time / qorGen's"])
+    if not any("icu" in name for name in times):
+        missing.append("ICU")
+    if not any("libcsv" in name for name in times):
+        missing.append("libcsv")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    for name in ("in-process", "file", "big", "work", "import-program", "decode-program", "peers", "rust", "python"):
+        parser.add_argument("--" + name, required=True)
+    options = parser.parse_args()
+    missing = []
+    print(f"Measured on {datetime.date.today().isoformat()}, {cpu_name()}, one core, best of {ROUNDS}.")
+    print(f"Input: {os.path.basename(options.file)} ({os.path.getsize(options.file):,} bytes), ten times over.\n")
+    whole_processes(options, missing)
+    memory_over_size(options)
+    in_process(options, missing)
+    for name in missing:
+        print(f"Left out, not installed: {name}.")
+
+
+if __name__ == "__main__":
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    main()

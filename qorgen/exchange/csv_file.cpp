@@ -46,13 +46,13 @@ bool ThroughCodePage(const wchar_t* text, CString& result) {
   if (size > kMaxWrittenText) return false;
   const int units = static_cast<int>(size);
   const int room = units * 2;
-  char small[1024];
+  char on_stack[1024];
   std::unique_ptr<char[]> large;
-  if (static_cast<std::size_t>(room) > sizeof small) {
+  if (static_cast<std::size_t>(room) > sizeof on_stack) {
     large.reset(new (std::nothrow) char[static_cast<std::size_t>(room)]);
     if (large == nullptr) return false;
   }
-  char* const bytes = large != nullptr ? large.get() : small;
+  char* const bytes = large != nullptr ? large.get() : on_stack;
   const int count = WideCharToMultiByte(CP_THREAD_ACP, 0, text, units, bytes, room, nullptr, nullptr);
   if (count <= 0) return false;
   wchar_t* const back = result.GetBuffer(count);
@@ -111,14 +111,15 @@ int CQorCSVFile::ReadString(CString& line) {
 
 void CQorCSVFile::WriteString(const wchar_t* text) {
   if (text == nullptr) return;
-  CString converted;
+  BorrowedText converted(m_converted);
   bool complete = false;
   try {
-    complete = ThroughCodePage(text, converted);
+    complete = ThroughCodePage(text, *converted);
   } catch (CMemoryException* exception) {
     exception->Delete();
   }
-  if (complete) CStdioFile::WriteString(converted);
+  if (complete) CStdioFile::WriteString(*converted);
+  if (IsWastefulText(*converted, 0)) (*converted).Empty();
 }
 
 int CQorCSVFile::ReadCSV(CQorCSVManager& manager, unsigned int delimiterType_, CSVMGR_QUOTES quotes,

@@ -42,13 +42,12 @@ class QORGEN_API CQorCSVFile : public CStdioFile {
 
   // Reads the next line, without its line ending, up to its first NUL byte: 1, or 0 at the end of the file
   // and without an open file, with `line` as it was. A last line without a line ending counts. If there is no
-  // memory for the line, it is passed over: the result is 1 and `line` stays as it was. A lone lead byte at
-  // the end of a line, and any other byte that isn't text, becomes the code page's replacement character.
+  // memory for the line, it is passed over: the result is 1 and `line` stays as it was. Bytes that aren't
+  // text become what MultiByteToWideChar makes of them; a lone lead byte at the end of a line is lost. A
+  // failing read throws CFileException*, so that an import can't end early unnoticed.
   int ReadString(CString& line) override;
 
  public:
-  // A failing read throws CFileException*, so that an import can't end early unnoticed.
-  //
   // Reads one line into `manager` with the given settings, which are not stored, or with this file's: 1, or 0
   // at the end of the file, and 0 without reading when the delimiter type is 0.
   virtual int ReadCSV(CQorCSVManager& manager, unsigned int delimiterType, CSVMGR_QUOTES quotes,
@@ -73,6 +72,7 @@ class QORGEN_API CQorCSVFile : public CStdioFile {
 
   qorgen::exchange::LineReader m_reader;
   CString m_line;         // the line in work, kept for its block
+  CString m_converted;    // the text that WriteString hands on, likewise
   int m_readLength = -1;  // of the line that ReadString has just cut at its first NUL byte
 };
 

@@ -7,6 +7,7 @@ import os
 import platform
 import resource
 import subprocess
+import tempfile
 import time
 
 ROUNDS = 5
@@ -14,15 +15,14 @@ ROUNDS = 5
 
 def once(command):
     """Seconds of wall time, peak memory in MB, and the output of one process."""
-    started = time.perf_counter()
-    process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-    output = process.stdout.read().decode()
-    _, status, usage = os.wait4(process.pid, 0)
-    process.returncode = os.waitstatus_to_exitcode(status)
-    seconds = time.perf_counter() - started
-    if process.returncode != 0:
-        raise RuntimeError(f"{command[0]} ended with {process.returncode}: {process.stderr.read().decode()[-500:]}")
-    return seconds, usage.ru_maxrss / 1024, output
+    # Peak memory is asked of a small program between: a child's figure never falls below its parent's at the fork.
+    with tempfile.NamedTemporaryFile("r") as peak:
+        started = time.perf_counter()
+        process = subprocess.run(["/usr/bin/time", "-f", "%M", "-o", peak.name, *command], capture_output=True)
+        seconds = time.perf_counter() - started
+        if process.returncode != 0:
+            raise RuntimeError(f"{command[0]} ended with {process.returncode}: {process.stderr.decode()[-500:]}")
+        return seconds, int(peak.read().split()[-1]) / 1024, process.stdout.decode()
 
 
 def in_turn(commands, rounds=ROUNDS):
@@ -87,22 +87,17 @@ def whole_processes(options, missing):
 
 
 def memory_over_size(options):
-    with open(options.file, "rb") as file:
-        content = file.read()
     rows = []
     for target in (10_000_000, 1_000_000_000):
         path = os.path.join(options.work, "sized.csv")
+        written = 0
         with open(path, "wb") as file:
-            written = 0
             while written < target:
-                part = content if target - written >= len(content) else content[: target - written]
-                if len(part) < len(content):
-                    part = part[: part.rfind(b"\n") + 1]
-                    file.write(part)
-                    written += len(part)
-                    break
-                file.write(part)
-                written += len(part)
+                with open(options.file, "rb") as source:
+                    for line in source:
+                        if written >= target:
+                            break
+                        written += file.write(line)
         seconds, memory, _ = once([options.import_program, path])
         rows.append([f"{written / 1e6:.0f} MB", f"{seconds:.3f}", f"{memory:.1f}"])
         os.remove(path)

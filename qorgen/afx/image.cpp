@@ -30,7 +30,7 @@ Service& TheService() {
 struct DisposeImage {
   void operator()(GpBitmap* image) const { GdipDisposeImage(image); }
 };
-using Bitmap = std::unique_ptr<GpBitmap, DisposeImage>;
+using OwnedBitmap = std::unique_ptr<GpBitmap, DisposeImage>;
 
 wchar_t Lower(wchar_t c) {
   return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
@@ -176,7 +176,7 @@ HRESULT CImage::Load(const wchar_t* path) {
   Destroy();
   GpBitmap* handle = nullptr;
   if (path == nullptr || !InitGDIPlus() || GdipCreateBitmapFromFile(path, &handle) != Ok) return E_FAIL;
-  const Bitmap image(handle);
+  const OwnedBitmap image(handle);
   UINT width = 0;
   UINT height = 0;
   PixelFormat format = 0;
@@ -220,7 +220,7 @@ HRESULT CImage::Save(const wchar_t* path) const {
   }
   GpBitmap* handle = nullptr;
   if (GdipCreateBitmapFromScan0(m_width, m_height, m_pitch, format, m_topRow, &handle) != Ok) return E_FAIL;
-  const Bitmap image(handle);
+  const OwnedBitmap image(handle);
   return GdipSaveImageToFile(handle, path, &encoder, nullptr) == Ok ? S_OK : E_FAIL;
 }
 

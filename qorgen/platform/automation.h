@@ -12,6 +12,24 @@
 
 #if defined(_WIN32)
 #include <oleauto.h>
+
+// The published signatures promise not to write to what is read; the headers of mingw-w64 leave that out.
+inline HRESULT VariantChangeType(VARIANT* target, const VARIANT* source, unsigned short flags, VARTYPE vt) {
+  return VariantChangeType(target, const_cast<VARIANT*>(source), flags, vt);
+}
+inline HRESULT VariantChangeTypeEx(VARIANT* target, const VARIANT* source, LCID locale, unsigned short flags,
+                                   VARTYPE vt) {
+  return VariantChangeTypeEx(target, const_cast<VARIANT*>(source), locale, flags, vt);
+}
+inline HRESULT VarI4FromStr(const OLECHAR* text, LCID locale, ULONG flags, LONG* value) {
+  return VarI4FromStr(const_cast<OLECHAR*>(text), locale, flags, value);
+}
+inline HRESULT VarR8FromStr(const OLECHAR* text, LCID locale, ULONG flags, double* value) {
+  return VarR8FromStr(const_cast<OLECHAR*>(text), locale, flags, value);
+}
+inline HRESULT VarDateFromStr(const OLECHAR* text, LCID locale, ULONG flags, DATE* date) {
+  return VarDateFromStr(const_cast<OLECHAR*>(text), locale, flags, date);
+}
 #else
 
 using OLECHAR = wchar_t;

@@ -15,8 +15,6 @@
 
 #if defined(_WIN32)
 #include <oleauto.h>
-// <windows.h> makes a macro of a name that the date class uses for a method.
-#undef GetCurrentTime
 #else
 
 using DATE = double;

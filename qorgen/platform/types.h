@@ -16,6 +16,12 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
+// The system's headers make macros of names that classes of the library use for methods; a client and the
+// library must agree on the names, whatever UNICODE says.
+#undef FindNextFile
+#undef FormatMessage
+#undef GetCurrentTime
+#undef GetFileTitle
 #else
 using BOOL = int;
 using BYTE = std::uint8_t;

@@ -75,8 +75,8 @@ TEST(WideText, ComparisonIsByUnitAndFoldsCaseWithoutALocale) {
 
 TEST(WideText, EveryCasePairLeadsBack) {
   int pairs = 0;
-  for (wint_t unit = 0; unit <= 0xFFFF; ++unit) {
-    const wint_t upper = towupper(unit);
+  for (unsigned int unit = 0; unit <= 0xFFFF; ++unit) {
+    const wint_t upper = towupper(static_cast<wint_t>(unit));
     if (upper == unit) continue;
     ++pairs;
     ASSERT_EQ(unit, towlower(upper)) << unit;

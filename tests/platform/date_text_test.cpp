@@ -151,7 +151,8 @@ TEST(DateFromText, WhatIsNoDate) {
     EXPECT_EQ(7, date);
   }
   DATE date = 7;
-  EXPECT_EQ(DISP_E_TYPEMISMATCH, VarDateFromStr(nullptr, LOCALE_USER_DEFAULT, 0, &date));
+  EXPECT_EQ(DISP_E_TYPEMISMATCH,
+            VarDateFromStr(static_cast<const OLECHAR*>(nullptr), LOCALE_USER_DEFAULT, 0, &date));
 }
 
 TEST(DateFromText, FlagsCutToOneHalf) {

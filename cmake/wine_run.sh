@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Runs a Windows program on this machine: Wine without a screen, with the Japanese code page, in a prefix of its own
+# under the build folder of the preset `windows`. Usage: wine_run.sh PROGRAM [ARGUMENT...]
+set -euo pipefail
+home=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/windows/wine
+compiler=x86_64-w64-mingw32-g++-posix
+
+export WINEPREFIX=$home/prefix WINEDEBUG=-all WINEARCH=win64
+# Neither a browser engine nor a .NET runtime is asked for, and no menu entries are made on the host.
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d'
+unset DISPLAY WAYLAND_DISPLAY
+
+# Wine takes its ANSI code page from the locale of the environment. The one it needs is compiled into a folder of our
+# own, so that the machine's list of locales stays as it is.
+locales=$home/locale
+wine=(env "LOCPATH=$locales" LANG=ja_JP.UTF-8 LC_ALL=ja_JP.UTF-8 /usr/lib/wine/wine64)
+
+# The compiler's run-time libraries, and the library beside them.
+runtime=$(dirname "$("$compiler" -print-file-name=libstdc++-6.dll)")
+threads=$(dirname "$("$compiler" -print-file-name=libwinpthread-1.dll)")
+export WINEPATH="Z:$runtime;Z:$threads;Z:$(dirname "$home")/qorgen"
+
+mkdir -p "$home"
+(
+  flock 9
+  if [ ! -e "$locales/ja_JP.UTF-8" ]; then
+    mkdir -p "$locales"
+    localedef -i ja_JP -f UTF-8 "$locales/making.UTF-8" >&2
+    mv "$locales/making.UTF-8" "$locales/ja_JP.UTF-8"
+  fi
+  if [ ! -e "$WINEPREFIX/ready" ]; then
+    rm -rf "$WINEPREFIX"
+    {
+      "${wine[@]}" wineboot --init &&
+        "${wine[@]}" reg add 'HKCU\Software\Wine' /v Version /d win10 /f
+    } >"$home/prefix.log" 2>&1 </dev/null || { cat "$home/prefix.log" >&2; exit 1; }
+    touch "$WINEPREFIX/ready"
+  fi
+) 9>"$home/lock"
+exec "${wine[@]}" "$@"

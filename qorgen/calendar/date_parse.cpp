@@ -32,15 +32,13 @@ void HandOut(wchar_t** wanted, OwnedText part) {
   if (part) *wanted = part.release();
 }
 
-// Whether all digits of a text stand together.
-bool HasOneRunOfDigits(const wchar_t* text) {
-  int runs = 0;
-  for (bool inside = false; *text != 0; ++text) {
-    const bool digit = IsDigit(*text);
-    if (digit && !inside) ++runs;
-    inside = digit;
-  }
-  return runs == 1;
+// Whether all digits of a text stand together and are no more than those of a year.
+bool HasYearAlone(const wchar_t* text) {
+  while (*text != 0 && !IsDigit(*text)) ++text;
+  int digits = 0;
+  for (; IsDigit(*text) && digits <= 4; ++text) ++digits;
+  while (*text != 0 && !IsDigit(*text)) ++text;
+  return digits >= 1 && digits <= 4 && *text == 0;
 }
 
 // The Gregorian year of a typed one, 0 where it can be neither an era year nor a Gregorian one.
@@ -62,12 +60,10 @@ short SeirekiOf(int typed, int era_row, const QORDATE& date, unsigned style) {
   return year > SHRT_MAX ? short{SHRT_MAX} : static_cast<short>(year);
 }
 
-// Cut for the year: the parts in use come off the right end first, but digits without a break are the year
-// itself.
+// Cut for the year: the parts in use come off the right end first, unless the text holds a year and no more.
 DateParts CutTypedYear(const wchar_t* text, std::size_t length, unsigned style) {
-  const DateParts parts = CutDateText(text, length, style | kStyleYear, QORDATE());
-  if (parts.year[0] != 0 || !HasOneRunOfDigits(text)) return parts;
-  return CutDateText(text, length, kStyleYear, QORDATE());
+  const unsigned wanted = HasYearAlone(text) ? kStyleYear : style | kStyleYear;
+  return CutDateText(text, length, wanted, QORDATE());
 }
 
 QORDATE FromDigits(const wchar_t* digits, std::size_t length) {

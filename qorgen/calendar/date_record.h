@@ -185,8 +185,7 @@ struct QORGEN_API QORDATETIME {
   int operator>(const QORDATETIME& other) const { return Compare(other) > 0; }
   int operator>=(const QORDATETIME& other) const { return Compare(other) >= 0; }
 
-  // Minutes from `other` to this value, cut toward zero to a whole number. A value without a DATE counts as
-  // 0.0.
+  // Minutes from `other` to this value, cut toward zero to a whole number; 0.0 when either has no DATE.
   double MinutesSpan(const QORDATETIME& other) const;
 
   constexpr void Empty() { *this = QORDATETIME(); }

@@ -12,14 +12,24 @@
 // failure the out-parameters are as they were; every pointer to one may be null.
 //
 // The style word of dates:
-//   0x1      the year is an era year            0x1000    era title: the era's name (平成)
-//   0x2      no effect on the finished text     0x2000    era title: letter and point (H.); under 0x10 the
-//   letter 0x4      "(" in front                       0x4000    era title: the letter (H) 0x8      ")"
-//   behind                         0x10000   day of the week behind, "(火)" 0x10     no delimiters 0x20000
-//   day of the week behind, "(TUE)"; 0x10000 wins 0x20     delimiter "." instead of "/"       0x100000 blanks
-//   instead of leading zeros 0x40     delimiters 年 月 日, and 元 for the first era year while GannenUse() is
-//   not 0 0x80     the first era year is 元           0x100 day, 0x200 month, 0x400 year: the part is in use
-//   0x800    counts as a year in use and writes nothing
+//   0x1       the year is an era year
+//   0x2       no effect on the finished text
+//   0x4       "(" in front
+//   0x8       ")" behind
+//   0x10      no delimiters
+//   0x20      delimiter "." instead of "/"
+//   0x40      delimiters 年 月 日, and 元 for the first era year while GannenUse() is not 0
+//   0x80      the first era year is 元
+//   0x100     the day is in use
+//   0x200     the month is in use
+//   0x400     the year is in use
+//   0x800     counts as a year in use and writes nothing
+//   0x1000    era title: the era's name (平成)
+//   0x2000    era title: letter and point (H.); under 0x10 the letter
+//   0x4000    era title: the letter (H)
+//   0x10000   day of the week behind, "(火)"
+//   0x20000   day of the week behind, "(TUE)"; 0x10000 wins
+//   0x100000  blanks instead of leading zeros
 //
 // For 5 March 2019: 0x700 "2019/03/05", 0x720 "2019.03.05", 0x710 "20190305", 0x740 "2019年03月05日", 0x1701
 // "平成31/03/05", 0x2701 "H.31/03/05", 0x10700 "2019/03/05(火)", 0x70C "(2019/03/05)".
@@ -103,8 +113,9 @@ class QORGEN_API CQorDateUtil {
   static char ToDay(const wchar_t* pszText);
   // The Gregorian year of a typed year: 1000 to 9999 as it stands, 1 to 99 as an era year, 0 for any other
   // and for none. The era is the one in the text, else that of `date`, else Heisei; a single digit without an
-  // era takes its tens from the era year of `date`. The parts in use are cut off the right end first; a text
-  // with only one run of digits is the year whatever the style. "R2" gives 2020, "H31" 2019, "200" 0.
+  // era takes its tens from the era year of `date`. The parts in use are cut off the right end first, but a
+  // text whose only digits are a run of up to four is the year whatever the style. "R2" gives 2020, "H31"
+  // 2019, "200" 0.
   static short ToSeireki(const wchar_t* pszText, const QORDATE& date, unsigned int nStyle);
 
   // Imported date text, day first: "01/02/2021", "1-2-R3", "01/02/R03", "010203", "01日02月令和3年". 1 and

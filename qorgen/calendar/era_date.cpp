@@ -194,6 +194,8 @@ int CQorDate::CheckDate(const QORDATE& date) const {
   if (IsEmpty(&date)) return (m_nStyle & kEmptyAllowed) != 0;
   const PartsInUse use = PartsOfKind(m_nStyle);
   if (m_dtMax > m_dtMin) {
+    // Above every limit, although there is no DATE to compare.
+    if (use.year && date.year > kLastDateYear) return 0;
     if (use.year && use.month && !use.day) {
       // A month counts when any of its days lies in range.
       const auto length = static_cast<char>(GetDaysOfMonth(date.year, date.month));

@@ -14,7 +14,8 @@
 // Refusing a value means that every field stays as it is. Operations with a result then give 0; the operators
 // say nothing. A value that is not a number is refused as well.
 //
-// A `DATE` limit compares with the DATE of a date, which is 0.0 for a date that isn't whole or real.
+// A `DATE` limit compares with the DATE of a date, which is 0.0 for a date that isn't whole or real; a year
+// above 9999, where it is in use, lies above every limit.
 class QORGEN_API CQorDate {
  public:
   // Today, style 0x10, no lower limit, upper limit 31 December 9999.

@@ -48,6 +48,8 @@ TEST(EraDate, AssignmentOfDates) {
       {0x10, QORDATE(29, 2, 2024), 1, 20240229},
       {0x10, QORDATE(29, 2, 2023), 0, 20190305},
       {0x10, QORDATE(31, 12, 9999), 1, 99991231},
+      {0x10, QORDATE(1, 1, 10000), 0, 20190305},
+      {0x12, QORDATE(0, 1, 10000), 0, 20190305},
       {0x10, QORDATE(1, 1, 1899), 1, 18990101},
       {0x10, QORDATE(31, 12, 1898), 1, 20190305},  // passes its check and changes nothing
       {0x10, QORDATE(8, 9, 1868), 1, 20190305},

@@ -23,8 +23,7 @@ inline constexpr unsigned int NUMFORMAT_BLANKZERO = 0x00100000;      // no digit
 
 class QORGEN_API CQorNumUtil {
  public:
-  // ---- Display text
-  // -------------------------------------------------------------------------------------------------
+  // ---- Display text ----
 
   // Lays a number's text out under `flags` (NUMFORMAT_...). Characters other than digits, "-" and "." are
   // taken out first. Null when there is nothing to format: a null text, flags of 0, or an empty text without
@@ -77,8 +76,7 @@ class QORGEN_API CQorNumUtil {
   // No rounding step and no decimals: ToString(value, 0, length, 0, 1).
   static wchar_t* ToString(double value, int* length);
 
-  // ---- Reading
-  // ------------------------------------------------------------------------------------------------------
+  // ---- Reading ----
 
   // A new text of only the digits, "-" and "." of `text`; null, with `length` left alone, if nothing needs
   // removing: `text` is null, empty, or made of number characters. A blank is one of those, so a blank alone
@@ -102,8 +100,7 @@ class QORGEN_API CQorNumUtil {
   static unsigned long ToULong(const wchar_t* text);
   static unsigned short ToUShort(const wchar_t* text);
 
-  // ---- Rounding
-  // -----------------------------------------------------------------------------------------------------
+  // ---- Rounding ----
   // `mode`: 2 rounds up (away from zero), 3 rounds half up (away from zero), anything else truncates. `place`
   // is the power of ten of the unit: 0 units, -2 hundredths, 2 hundreds. Amounts round as the decimal text
   // that a user sees: a tolerance at the fifteenth digit is added first, so 1.005 rounds half up to 1.01.
@@ -116,14 +113,13 @@ class QORGEN_API CQorNumUtil {
   static CQorStateDouble Ratio(double numerator, double denominator, int place, int mode);
 
   // `value` as a count of units of 10 to the power `place`, rounded. Clamps at the 32-bit bounds; NaN gives
-  // 0.
+  // 0, and so does an infinity counted in units beyond any double.
   static long DoubleToLong(double value, long place, int mode);
 
   // `value` times 10 to the power `place`; 0 stays 0 at any place.
   static double LongToDouble(long value, long place);
 
-  // ---- Byte counts
-  // --------------------------------------------------------------------------------------------------
+  // ---- Byte counts ----
 
   // The size in its largest fitting unit; `unit` receives the divisor: 0 (bytes), 1024, 1048576 or
   // 1073741824. A size above 1 GB ignores the lowest 16 bits of the count and everything above bit 47.

@@ -93,8 +93,9 @@ CQorStateDouble CQorNumUtil::Ratio(double numerator, double denominator, int pla
 long CQorNumUtil::DoubleToLong(double value, long place, int mode) {
   constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
   constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
-  if (std::isnan(value) || value == 0) return 0;
+  if (value == 0) return 0;  // no digits at any place, where 0 times infinity would be no number
   const double scaled = value * PowerOfTen(-std::clamp(place, -400L, 400L));
+  if (std::isnan(scaled)) return 0;
   const double units = RoundMagnitude(std::fabs(scaled), mode);
   return static_cast<long>(std::clamp(scaled < 0 ? -units : units, kLowest, kHighest));
 }

@@ -55,10 +55,10 @@ class StateValue {
 
   // Value and null state are both the same, as stored: a null amount that holds 0 differs from the value 0.
   // An object equals itself, also while it holds a NaN.
-  constexpr bool operator==(const Derived& other) const {
-    return this == &other || (value == other.value && isNull == other.isNull);
+  friend constexpr bool operator==(const Derived& left, const Derived& right) {
+    return &left == &right || (left.value == right.value && left.isNull == right.isNull);
   }
-  constexpr bool operator!=(const Derived& other) const { return !(*this == other); }
+  friend constexpr bool operator!=(const Derived& left, const Derived& right) { return !(left == right); }
 
   // The amount, or 0 while null.
   constexpr operator Value() const { return isNull != 0 ? Value{0} : value; }

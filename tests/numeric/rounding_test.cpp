@@ -103,6 +103,7 @@ TEST(ScaledInteger, rounds_and_clamps) {
   EXPECT_EQ(2147483647, CQorNumUtil::DoubleToLong(1, -2147483647L - 1, 3));
   EXPECT_EQ(0, CQorNumUtil::DoubleToLong(1e300, 2147483647L, 1));
   EXPECT_EQ(0, CQorNumUtil::DoubleToLong(std::nan(""), 0, 3));
+  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(kInfinity, 400, 3));
   EXPECT_DOUBLE_EQ(123.45, CQorNumUtil::LongToDouble(12345, -2));
   EXPECT_DOUBLE_EQ(-1200, CQorNumUtil::LongToDouble(-12, 2));
   EXPECT_EQ(0, CQorNumUtil::LongToDouble(0, 2147483647L));

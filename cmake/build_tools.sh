@@ -27,13 +27,15 @@ install_missing() {
   }
 }
 
-# configure_and_build PRESET TARGET: quiet when all goes well, the whole output when not.
+# configure_and_build PRESET TARGET [OPTION...]: quiet when all goes well, the whole output when not. The options go to
+# CMake; running needs less than testing does.
 configure_and_build() {
   local preset=$1 target=$2 log
+  shift 2
   mkdir -p "$root/build"
   log=$(mktemp "$root/build/log.XXXXXX")
   echo "building ($preset) ..." >&2
-  if ! (cd "$root" && cmake --preset "$preset" && cmake --build "build/$preset" --target "$target" -j "$(nproc)") \
+  if ! (cd "$root" && cmake --preset "$preset" "$@" && cmake --build "build/$preset" --target "$target" -j "$(nproc)") \
       >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"

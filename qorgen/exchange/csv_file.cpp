@@ -126,6 +126,9 @@ int CQorCSVFile::ReadCSV(CQorCSVManager& manager, unsigned int delimiterType_, C
                          int someAsOne_) {
   if (delimiterType_ == 0) return 0;
   BorrowedText line(m_line);
+  // The block still holds an earlier line, which a reader that gives up half-way would leave to be read
+  // again.
+  (*line).SetString(nullptr, 0);
   m_readLength = -1;
   if (ReadString(*line) == 0) return 0;
   // Lines of an override may hold anything.

@@ -49,7 +49,8 @@ class QORGEN_API CQorCSVFile : public CStdioFile {
 
  public:
   // Reads one line into `manager` with the given settings, which are not stored, or with this file's: 1, or 0
-  // at the end of the file, and 0 without reading when the delimiter type is 0.
+  // at the end of the file, and 0 without reading when the delimiter type is 0. A line that ReadString passed
+  // over is an empty one here.
   virtual int ReadCSV(CQorCSVManager& manager, unsigned int delimiterType, CSVMGR_QUOTES quotes,
                       int someAsOne);
   virtual int ReadCSV(CQorCSVManager& manager);

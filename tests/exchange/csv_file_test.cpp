@@ -303,4 +303,29 @@ TEST(LineReader, KeepsEveryByte) {
   fclose(stream);
 }
 
+// A reader that gives up on every second line without a word about it.
+class TiredFile : public CQorCSVFile {
+ public:
+  int count = 0;
+
+ protected:
+  int ReadString(CString& line) override {
+    if (++count % 2 != 0) line = L"a,b";
+    return count < 7 ? 1 : 0;
+  }
+};
+
+TEST(CsvFile, LineThatWasPassedOverIsEmptyAndNotAnEarlierOne) {
+  TiredFile file;
+  CQorCSVManager manager;
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(file.ReadCSV(manager, kComma, CSVMGR_QUOTES_DOUBLE, 0), 1);
+    EXPECT_EQ(manager.GetCount(), 2) << i;
+    EXPECT_EQ(file.ReadCSV(manager, kComma, CSVMGR_QUOTES_DOUBLE, 0), 1);
+    EXPECT_EQ(manager.GetCount(), 0) << i;
+    EXPECT_TEXT(L"", manager.GetReadString());
+  }
+  EXPECT_EQ(file.ReadCSV(manager, kComma, CSVMGR_QUOTES_DOUBLE, 0), 0);
+}
+
 }  // namespace

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "qorgen/afx/exception.h"
+#include "qorgen/platform/crt.h"
 
 namespace qorgen::afx {
 
@@ -176,6 +177,13 @@ void CString::FreeExtra() {
 void CString::Truncate(int length) {
   if (length < 0) ThrowInvalidArgument();
   if (length < GetLength()) AssignSlow(m_pszData, length);
+}
+
+int CString::StringLength(const wchar_t* text) {
+  if (text == nullptr) return 0;
+  const std::size_t length = wcslen(text);
+  if (length > INT_MAX) ThrowMemory();
+  return static_cast<int>(length);
 }
 
 void CString::CopyChars(wchar_t* destination, const wchar_t* source, int count) noexcept {

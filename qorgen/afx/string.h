@@ -267,13 +267,7 @@ class QORGEN_API CString {
   // --- helpers of the published class ---
 
   // Units before the terminator; null gives 0. A text longer than INT_MAX throws the memory exception.
-  static int StringLength(const wchar_t* text) {
-    if (text == nullptr) return 0;
-    const wchar_t* end = text;
-    while (*end != 0) ++end;
-    if (end - text > INT_MAX) ThrowMemory();
-    return static_cast<int>(end - text);
-  }
+  static int StringLength(const wchar_t* text);
   static void CopyChars(wchar_t* destination, const wchar_t* source, int count) noexcept;
 
  private:

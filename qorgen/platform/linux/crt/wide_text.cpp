@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "qorgen/platform/crt.h"
+#include "qorgen/platform/linux/crt/text_length.h"
 
 namespace {
 
@@ -25,9 +26,7 @@ wint_t Fold(wchar_t unit) {
 }  // namespace
 
 size_t qorgen_wcslen(const wchar_t* text) {
-  const wchar_t* end = text;
-  while (*end != 0) ++end;
-  return static_cast<size_t>(end - text);
+  return qorgen::platform::TextLength(text);
 }
 
 size_t qorgen_wcsnlen(const wchar_t* text, size_t limit) {

@@ -22,12 +22,16 @@ namespace {
 using qorgen::exchange::BorrowedText;
 using qorgen::exchange::IsBlank;
 using qorgen::exchange::IsWastefulText;
+using qorgen::exchange::kStorePadding;
 using qorgen::exchange::MayBeSpace;
 using qorgen::exchange::PlainDecimal;
 using qorgen::exchange::ReadPlainDecimal;
 using qorgen::exchange::ReadPlainInteger;
 using qorgen::exchange::StorePadded;
 using qorgen::exchange::StorePlain;
+
+// Room of the work text: enough for nearly all fields, and for copies of them in whole blocks.
+constexpr int kWorkRoom = 64;
 
 // Indexed by TypeError.
 constexpr const wchar_t* kMessages[] = {
@@ -160,6 +164,7 @@ int CQorTypeConverter::Convert(CQorCSVManager& manager, void* record, unsigned c
   if (typeid(*this) == typeid(CQorTypeConverter)) return ConvertInPlace(fields, record);
   // An override may come back here with another line, so the work text is out of the object meanwhile.
   BorrowedText text(m_work);
+  if ((*text).GetAllocLength() < kWorkRoom) (*text).Preallocate(kWorkRoom);
   int result = 1;
   for (std::size_t i = 0; i < columns; ++i) {
     const bool present = i < fields.Count();
@@ -247,7 +252,15 @@ int CQorTypeConverter::ConvertOneItem(QorTypeCheckInfoTable* column, CString& te
 }
 
 int CQorTypeConverter::ConvertString(QorTypeCheckInfoTable* column, CString& text, void* target) {
-  return column == nullptr ? 0 : StoreText(*column, text, text.GetLength(), target);
+  if (column == nullptr) return 0;
+  const int length = text.GetLength();
+  // The frequent case: a text that fits and isn't blank, in a block that may be read beyond its end.
+  if (length != 0 && length <= column->size && target != nullptr && !MayBeSpace(*text.GetString()) &&
+      text.GetAllocLength() - length >= kStorePadding) {
+    StorePadded(target, text, static_cast<std::size_t>(length), static_cast<std::size_t>(column->size) + 1);
+    return 1;
+  }
+  return StoreText(*column, text, length, target);
 }
 
 int CQorTypeConverter::ConvertNumeral(QorTypeCheckInfoTable* column, CString& text, void* target) {
@@ -276,7 +289,12 @@ int CQorTypeConverter::StoreNumeral(const QorTypeCheckInfoTable& column, const w
                                     void* target) {
   const unsigned int flags = column.typeFlags;
   std::int32_t value = 0;
-  if (!ReadPlainInteger(text, length, value)) {
+  if (ReadPlainInteger(text, length, value)) {
+    if (IsInBounds(column, value)) {
+      StoreInteger(flags, target, value);
+      return 1;
+    }
+  } else {
     CQorStringUtil::ToHalfString(m_half, text);
     m_half.Trim();
     if (m_half.IsEmpty()) {
@@ -372,11 +390,16 @@ int CQorTypeConverter::ConvertBool(QorTypeCheckInfoTable* column, CString& text,
 int CQorTypeConverter::ConvertDate(QorTypeCheckInfoTable* column, CString& text, void* target) {
   if (column == nullptr) return 0;
   text.Trim();
-  // A new date reads the clock; a copy of one doesn't, and the day it holds makes no difference to what is
-  // parsed.
+  // A new date reads the clock, a copy of one doesn't.
   static const CQorDate fresh;
   CQorDate date(fresh);
-  const int parsed = CQorDateUtil::GetDateFromImpStr(text, date);
+  int parsed = CQorDateUtil::GetDateFromImpStr(text, date);
+  // A year that the date object passes but doesn't take leaves the day it began with: today, and not the day
+  // of the first conversion.
+  if (parsed != 0 && date.ToQORDATE() == fresh.ToQORDATE()) {
+    date = CQorDate();
+    parsed = CQorDateUtil::GetDateFromImpStr(text, date);
+  }
   if (parsed == 0) {
     SetError(column->name, TYPEERROR_DATE, nullptr);
     return 0;

@@ -15,8 +15,11 @@ inline void StorePlain(void* target, const wchar_t* text, std::size_t length, st
   std::memset(bytes + length * sizeof(wchar_t), 0, (room - length) * sizeof(wchar_t));
 }
 
-// The same for a text with seven readable characters behind it: short texts go over in blocks of eight,
-// without a call, as long as whole blocks fit.
+// Characters behind a text that StorePadded may read.
+inline constexpr int kStorePadding = 7;
+
+// The same for a text with kStorePadding readable characters behind its end: short texts go over in blocks of
+// eight, without a call, as long as whole blocks fit.
 inline void StorePadded(void* target, const wchar_t* text, std::size_t length, std::size_t room) {
   constexpr std::size_t kBlock = 8;
   const std::size_t rounded = (length + kBlock - 1) / kBlock * kBlock;

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int kLongestText = 1'000'000;  // characters of one column: a bound on the record, not on the file
+constexpr std::size_t kLargestRecord = 64'000'000;  // bytes of a whole record
 
 struct Type {
   const char* name;
@@ -33,6 +34,13 @@ bool ToNumber(const std::string& text, int& value) {
   return error == std::errc() && stop == end && !text.empty();
 }
 
+// The blank of Japanese keyboards (U+3000) parts words like any other.
+std::string WithPlainBlanks(std::string line) {
+  static constexpr char kWideBlank[] = "\xE3\x80\x80";
+  for (std::size_t at = 0; (at = line.find(kWideBlank, at)) != std::string::npos;) line.replace(at, 3, " ");
+  return line;
+}
+
 const Type* FindType(const std::string& name) {
   for (const Type& type : kTypes) {
     if (name == type.name) return &type;
@@ -43,7 +51,7 @@ const Type* FindType(const std::string& name) {
 // One line of the description; false for a blank or comment line.
 bool ParseLine(const std::string& path, int number, const std::string& line, std::string& name,
                QorTypeCheckInfoTable& column, const Type*& type) {
-  std::istringstream words(line);
+  std::istringstream words(WithPlainBlanks(line));
   std::string type_word, size_word, word;
   if (!(words >> name) || name[0] == '#') return false;
   if (!(words >> type_word) || type_word[0] == '#')
@@ -118,6 +126,8 @@ Columns ReadColumns(const std::string& path) {
     columns.record_size = (columns.record_size + align - 1) / align * align;
     column.offset = static_cast<unsigned int>(columns.record_size);
     columns.record_size += text ? (static_cast<std::size_t>(column.size) + 1) * sizeof(wchar_t) : type->bytes;
+    if (columns.record_size > kLargestRecord)
+      Fail(path, number, "the columns take more room than a record has");
     columns.names.push_back(FromUtf8(name));
     columns.table.push_back(column);
   }

@@ -61,11 +61,13 @@ Counts Import(CQorImportManager& manager, const Options& options, Columns& colum
       ++counts.skip;
     } else {
       ++counts.error;
+      progress.Hide();
       report.Bad(counts.rows, manager.GetReadString(), converter);
     }
     if (progress.IsOn() && counts.rows % kRowsBetweenLooks == 0)
       progress.Show(bytes.At(counts.rows, manager));
   }
+  progress.Hide();
   report.Finish();
   totals.Print(stdout);
   return counts;
@@ -93,6 +95,8 @@ int main(int argc, char** argv) {
     const Counts counts = Import(manager, options, columns, converter);
     manager.Close();
     std::printf("rows=%ld ok=%ld error=%ld skip=%ld\n", counts.rows, counts.ok, counts.error, counts.skip);
+    // A report that nobody could get is no success, a full disk for one.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) return Fail("The output could not be written.");
     return 0;
   } catch (const OptionsError& error) {
     return Fail(std::string(error.what()) + ".\n" + kUsage);

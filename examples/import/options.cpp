@@ -2,7 +2,7 @@
 
 const char* const kUsage =
     "usage: FILE --columns COLUMNS [--utf8] [--delimiter comma|tab|semicolon|space|period|slash]...\n"
-    "       [--quotes double|single|none] [--any-count]\n";
+    "       [--quotes double|single|none] [--any-count]";
 
 namespace {
 

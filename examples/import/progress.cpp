@@ -20,7 +20,12 @@ Progress::Progress(std::uint64_t total_bytes)
       next_(Clock::now() + kPatience) {}
 
 Progress::~Progress() {
+  Hide();
+}
+
+void Progress::Hide() {
   if (drawn_) std::fprintf(stderr, "\r%*s\r", kCells + 7, "");
+  drawn_ = false;
 }
 
 void Progress::Show(std::uint64_t done_bytes) {

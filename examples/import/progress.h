@@ -18,6 +18,8 @@ class Progress {
 
   // Draws the bar anew when enough time has passed since the last time.
   void Show(std::uint64_t done_bytes);
+  // Wipes the bar off, for text that goes to the same terminal.
+  void Hide();
 
  private:
   std::uint64_t total_;

@@ -50,7 +50,7 @@ void RowReport::Good(long line, const RowConverter& converter, const unsigned ch
 }
 
 void RowReport::Bad(long line, const CString& text, RowConverter& converter) {
-  Complaint complaint{line, ToUtf8(text), {}};
+  Complaint complaint{line, WithoutControls(text), {}};
   for (int i = 0; i < converter.GetErrorCount(); ++i) {
     complaint.messages.push_back(ToUtf8(converter.GetErrorMessage(i)));
   }

@@ -78,7 +78,7 @@ std::string Shown(const QorTypeCheckInfoTable& column, const unsigned char* reco
   if (empty && TypeOf(column) != TYPECHECK_STRING) return "";
   switch (TypeOf(column)) {
     case TYPECHECK_STRING:
-      return ToUtf8(TextOf(column, record));
+      return WithoutControls(TextOf(column, record));
     case TYPECHECK_DOUBLE:
       return ShownAmount(NumberOf(column, record), column.decimals);
     case TYPECHECK_BOOL:

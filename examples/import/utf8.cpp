@@ -47,10 +47,14 @@ int WidthOf(char32_t c) {
     char32_t first, last;
   };
   static constexpr Range wide[] = {
-      {0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0x33FF},  {0x3400, 0x4DBF}, {0x4E00, 0xA4CF},
-      {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},  {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6},
-      {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
-  if (c == 0x3099 || c == 0x309A || (c >= 0x300 && c < 0x370) || (c >= 0xFE00 && c < 0xFE10)) return 0;
+      {0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0x33FF},   {0x3400, 0x4DBF},  {0x4E00, 0xA4CF},
+      {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},  {0xFFE0, 0xFFE6},
+      {0x1F300, 0x1F64F}, {0x1F680, 0x1F6FF}, {0x1F900, 0x1FAFF}, {0x20000, 0x3FFFD}};
+  static constexpr Range none[] = {{0x300, 0x36F},   {0x200B, 0x200F}, {0x20D0, 0x20F0},  {0x3099, 0x309A},
+                                   {0xFE00, 0xFE0F}, {0xFEFF, 0xFEFF}, {0xE0100, 0xE01EF}};
+  for (const Range& range : none) {
+    if (c >= range.first && c <= range.last) return 0;
+  }
   for (const Range& range : wide) {
     if (c >= range.first && c <= range.last) return 2;
   }
@@ -107,6 +111,15 @@ CString FromUtf8(const std::string& text) {
     }
   }
   return out;
+}
+
+std::string WithoutControls(const wchar_t* text) {
+  CString out(text);
+  for (int i = 0; i < out.GetLength(); ++i) {
+    const wchar_t c = out[i];
+    if (c < 0x20 || (c >= 0x7F && c < 0xA0)) out.SetAt(i, L' ');
+  }
+  return ToUtf8(out);
 }
 
 int DisplayWidth(const std::string& text) {

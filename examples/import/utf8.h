@@ -8,6 +8,8 @@
 
 // UTF-8 of a wide text; a lone surrogate becomes U+FFFD. Null gives the empty text.
 std::string ToUtf8(const wchar_t* text);
+// The same with blanks for control characters, which would move the cursor of a terminal.
+std::string WithoutControls(const wchar_t* text);
 
 // The wide text of a UTF-8 one, such as a path from the command line; malformed bytes become U+FFFD.
 CString FromUtf8(const std::string& text);

@@ -42,6 +42,19 @@ expect 0 'rows=1 ok=1 error=0 skip=0' "$work/semicolon" --columns "$work/columns
 : >"$work/empty"
 expect 0 'rows=0 ok=0 error=0 skip=0' "$work/empty" --columns "$work/columns"
 
+# A description from an editor of the other system: byte order mark, CR LF, tabs and full-width blanks.
+printf '\xef\xbb\xbfcode\tstring\t3\r\nname　string　4　check\r\n' >"$work/foreign"
+printf 'か\xe3\x82\x99,b\tc\n\x1b[2J,bc\nあ,abcde\rf\n' >"$work/controls"
+expect 0 'rows=3 ok=2 error=1 skip=0' "$work/controls" --columns "$work/foreign" --utf8
+says $'   1  か\xe3\x82\x99    b c'
+says $'   2   [2   bc'
+says 'line 3: あ,abcde f'
+
+if [ -c /dev/full ]; then
+  "$program" "$work/controls" --columns "$work/foreign" --utf8 >/dev/full 2>"$work/err"
+  [ $? = 1 ] && [ -s "$work/err" ] || { echo "FAILED: output that was lost counts as written"; bad=1; }
+fi
+
 expect 1 '' "$work/none" --columns "$work/columns"
 expect 1 '' "$work" --columns "$work/columns"
 expect 1 '' "$work" --columns "$work/columns" --utf8
@@ -57,4 +70,7 @@ for line in 'a' 'a strong 3' 'a string' 'a string x' 'a string 0' 'a string -1' 
   expect 1 '' "$work/utf8" --columns "$work/wrong" --utf8
   says 'line 3:'
 done
+for i in $(seq 40); do echo "c$i string 1000000"; done >"$work/wrong"
+expect 1 '' "$work/utf8" --columns "$work/wrong" --utf8
+says 'line 32:'
 exit $bad

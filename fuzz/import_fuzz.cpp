@@ -47,18 +47,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CQorUTF8ImportManager utf8;
   CQorImportManager& manager = (choice & 1) != 0 ? utf8 : legacy;
   const unsigned delimiters = (choice & 2) != 0 ? CSVMGR_DELIM_COMMA : CSVMGR_DELIM_TAB | CSVMGR_DELIM_COMMA;
-  if (manager.OpenText(path, &converter, delimiters, static_cast<CSVMGR_QUOTES>((choice >> 2) % 3))) {
-    Record record{};
-    std::size_t rows = 0;
-    while (manager.ReadRow(&record, choice & 0x10) != READSTATUS_EOF) {
-      // Every row takes at least a byte of the file.
-      if (++rows > input.Size()) std::abort();
-      for (int i = 0; i < converter.GetErrorCount(); ++i) {
-        if (converter.GetErrorKind(i) == TYPEERROR_NONE || converter.GetErrorMessage(i).IsEmpty())
-          std::abort();
+  try {
+    if (manager.OpenText(path, &converter, delimiters, static_cast<CSVMGR_QUOTES>((choice >> 2) % 3))) {
+      Record record{};
+      std::size_t rows = 0;
+      while (manager.ReadRow(&record, choice & 0x10) != READSTATUS_EOF) {
+        // Every row takes at least a byte of the file.
+        if (++rows > input.Size()) std::abort();
+        for (int i = 0; i < converter.GetErrorCount(); ++i) {
+          if (converter.GetErrorKind(i) == TYPEERROR_NONE || converter.GetErrorMessage(i).IsEmpty())
+            std::abort();
+        }
       }
+      manager.Close();
     }
-    manager.Close();
+  } catch (CFileException* refused) {
+    refused->Delete();  // such as a file that says it is UTF-16, big-endian
   }
   CQorFileUtil::DeleteFileW(path);
   return 0;

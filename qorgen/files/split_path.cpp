@@ -49,7 +49,7 @@ CQorSplitPath::CQorSplitPath(const CQorSplitPath& other) {
 }
 
 CQorSplitPath& CQorSplitPath::operator=(const CQorSplitPath& other) {
-  if (m_owners != other.m_owners) {
+  if (this != &other && m_owners != other.m_owners) {
     Release();
     Share(other);
   }

@@ -3,60 +3,46 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
+#include <tuple>
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/numeric/num_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 
 namespace {
 
+using qorgen::tests::Rows;
 using qorgen::tests::TakeUtf8;
 using qorgen::tests::Utf8;
 
 TEST(NumberFormat, of_texts) {
-  struct {
-    const wchar_t* text;
-    unsigned int flags;
-    int width, decimals;
-    wchar_t pad;
-    const char* expected;
-  } const rows[] = {
-      {L"1234567", 0x01, 0, 0, L' ', "1,234,567"},
-      {L"123456", 0x01, 0, 0, L' ', "123,456"},
-      {L"123", 0x01, 0, 0, L' ', "123"},
-      {L"1234.5678", 0x01, 0, 0, L' ', "1,234.5678"},
-      {L"-1234", 0x01, 0, 0, L' ', "-1,234"},
-      {L"-123", 0x01, 0, 0, L' ', "-123"},
-      {L"-1234", 0x21, 0, 0, L' ', "△1,234"},
-      {L"-1234", 0x41, 0, 0, L' ', "▲1,234"},
-      {L"-1234", 0x71, 0, 0, L' ', "△1,234"},
-      {L"-1234", 0x11, 0, 0, L' ', "1,234"},
-      {L"-1234", 0x0D, 0, 0, L' ', "(-1,234)"},
-      {L"-1234", 0x1D, 0, 0, L' ', "(1,234)"},
-      {L"1,2a34", 0x01, 0, 0, L' ', "1,234"},
-      {L"12 34", 0x10, 0, 0, L' ', "12 34"},  // a blank alone keeps the text as it is
-      {L"1, 234", 0x10, 0, 0, L' ', "1234"},
-      {L"12", 0x02, 6, 0, L' ', "    12"},
-      {L"-12", 0x02, 6, 0, L'*', "-****12"},  // the sign at the left edge, digits at the right of the field
-      {L"12", 0x0E, 6, 0, L' ', "(    12)"},
-      {L"1234.5", 0x03, 8, 2, L' ', "1,234.5 "},
-      {L"5", 0x02, 8, 2, L'0', "5.00"},
-      {L"5", 0x02, 0, 2, L'0', "5.00"},
-      {L"", 0x02, 3, 0, L' ', "  0"},
-      {L"0.00", 0x100000, 0, 0, L' ', ""},
-      {L"0.00", 0x10000C, 0, 0, L' ', ""},
-      {L"0.01", 0x100000, 0, 0, L' ', "0.01"},
-      {L"0", 0x100002, 4, 0, L'*', "***"},  // the output stops where the digit would stand
-      {L"abc", 0x0D, 0, 0, L' ', "()"},
-      {L"-", 0x01, 0, 0, L' ', "-"},
-      {L"1-2", 0x10, 0, 0, L' ', "-2"},  // the first character goes, whatever it is
-  };
-  for (const auto& row : rows) {
+  // L"12 34": a blank alone keeps the text as it is
+  // L"-12": the sign at the left edge, digits at the right of the field
+  // 0x100002: the output stops where the digit would stand
+  // L"1-2": the first character goes, whatever it is
+  using Row = std::tuple<const wchar_t*, unsigned int, int, int, wchar_t, const char*>;
+  for (const auto& [row_text, row_flags, row_width, row_decimals, row_pad, expected] :
+       Rows(Row(L"1234567", 0x01, 0, 0, L' ', "1,234,567"), Row(L"123456", 0x01, 0, 0, L' ', "123,456"),
+            Row(L"123", 0x01, 0, 0, L' ', "123"), Row(L"1234.5678", 0x01, 0, 0, L' ', "1,234.5678"),
+            Row(L"-1234", 0x01, 0, 0, L' ', "-1,234"), Row(L"-123", 0x01, 0, 0, L' ', "-123"),
+            Row(L"-1234", 0x21, 0, 0, L' ', "△1,234"), Row(L"-1234", 0x41, 0, 0, L' ', "▲1,234"),
+            Row(L"-1234", 0x71, 0, 0, L' ', "△1,234"), Row(L"-1234", 0x11, 0, 0, L' ', "1,234"),
+            Row(L"-1234", 0x0D, 0, 0, L' ', "(-1,234)"), Row(L"-1234", 0x1D, 0, 0, L' ', "(1,234)"),
+            Row(L"1,2a34", 0x01, 0, 0, L' ', "1,234"), Row(L"12 34", 0x10, 0, 0, L' ', "12 34"),
+            Row(L"1, 234", 0x10, 0, 0, L' ', "1234"), Row(L"12", 0x02, 6, 0, L' ', "    12"),
+            Row(L"-12", 0x02, 6, 0, L'*', "-****12"), Row(L"12", 0x0E, 6, 0, L' ', "(    12)"),
+            Row(L"1234.5", 0x03, 8, 2, L' ', "1,234.5 "), Row(L"5", 0x02, 8, 2, L'0', "5.00"),
+            Row(L"5", 0x02, 0, 2, L'0', "5.00"), Row(L"", 0x02, 3, 0, L' ', "  0"),
+            Row(L"0.00", 0x100000, 0, 0, L' ', ""), Row(L"0.00", 0x10000C, 0, 0, L' ', ""),
+            Row(L"0.01", 0x100000, 0, 0, L' ', "0.01"), Row(L"0", 0x100002, 4, 0, L'*', "***"),
+            Row(L"abc", 0x0D, 0, 0, L' ', "()"), Row(L"-", 0x01, 0, 0, L' ', "-"),
+            Row(L"1-2", 0x10, 0, 0, L' ', "-2"))) {
     int length = -1;
     const std::string got =
-        TakeUtf8(CQorNumUtil::FormatString(row.text, row.flags, &length, row.width, row.decimals, row.pad));
-    EXPECT_EQ(row.expected, got) << Utf8(row.text) << " flags " << row.flags;
+        TakeUtf8(CQorNumUtil::FormatString(row_text, row_flags, &length, row_width, row_decimals, row_pad));
+    EXPECT_EQ(expected, got) << Utf8(row_text) << " flags " << row_flags;
   }
   int length = -1;
   EXPECT_EQ(nullptr, CQorNumUtil::FormatString(L"12", 0, &length, 0, 0, L' '));

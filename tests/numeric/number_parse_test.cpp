@@ -3,65 +3,48 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "qorgen/numeric/num_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 
 namespace {
 
+using qorgen::tests::Rows;
 using qorgen::tests::TakeUtf8;
 using qorgen::tests::Utf8;
 
 TEST(NumberParse, cleans_only_what_holds_foreign_characters) {
-  struct {
-    const wchar_t* text;
-    const char* cleaned;
-    int count;
-  } const rows[] = {
+  const std::tuple<const wchar_t*, const char*, int> rows[] = {
       {nullptr, "(null)", 0},   {L"", "(null)", 0},    {L"123", "(null)", 3},  {L" 1 2 ", "(null)", 5},
       {L"-1.5", "(null)", 4},   {L"1,234", "1234", 4}, {L"1, 234", "1234", 5}, {L"\u00A512-", "12-", 3},
       {L"\uFF11\uFF12", "", 0}, {L"1e5", "15", 2},
   };
-  for (const auto& row : rows) {
+  for (const auto& [text, row_cleaned, count] : rows) {
     int length = -1;
-    const std::string cleaned = TakeUtf8(CQorNumUtil::ParseString(row.text, &length));
-    EXPECT_EQ(row.cleaned, cleaned) << Utf8(row.text);
+    const std::string cleaned = TakeUtf8(CQorNumUtil::ParseString(text, &length));
+    EXPECT_EQ(row_cleaned, cleaned) << Utf8(text);
     EXPECT_EQ(cleaned == "(null)" ? -1 : static_cast<int>(cleaned.size()), length);
-    EXPECT_EQ(row.count, CQorNumUtil::ParseStringLength(row.text)) << Utf8(row.text);
+    EXPECT_EQ(count, CQorNumUtil::ParseStringLength(text)) << Utf8(text);
   }
 }
 
 TEST(NumberParse, integers) {
-  struct {
-    const wchar_t* text;
-    int as_signed;
-    unsigned int as_unsigned;
-  } const rows[] = {
-      {nullptr, 0, 0},
-      {L"", 0, 0},
-      {L"12 3", 12, 12},
-      {L"  12", 12, 12},
-      {L"12,3", 123, 123},
-      {L" 1,2 3", 123, 123},
-      {L"\uFF11\uFF12", 0, 0},
-      {L"-5", -5, 4294967291u},
-      {L"- 5", 0, 0},
-      {L"--5", 0, 0},
-      {L"+5", 5, 5},
-      {L"3.9", 3, 3},
-      {L"2147483648", INT_MAX, 2147483648u},
-      {L"-2147483649", INT_MIN, 2147483647u},
-      {L"4294967296", INT_MAX, UINT_MAX},
-      {L"-4294967296", INT_MIN, UINT_MAX},
-      {L"99999999999999999999999999", INT_MAX, UINT_MAX},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.as_signed, CQorNumUtil::ToInt(row.text)) << Utf8(row.text);
-    EXPECT_EQ(row.as_signed, CQorNumUtil::ToLong(row.text)) << Utf8(row.text);
-    EXPECT_EQ(row.as_unsigned, CQorNumUtil::ToUInt(row.text)) << Utf8(row.text);
-    EXPECT_EQ(row.as_unsigned, CQorNumUtil::ToULong(row.text)) << Utf8(row.text);
+  using Row = std::tuple<const wchar_t*, int, unsigned int>;
+  for (const auto& [text, as_signed, as_unsigned] :
+       Rows(Row(nullptr, 0, 0), Row(L"", 0, 0), Row(L"12 3", 12, 12), Row(L"  12", 12, 12),
+            Row(L"12,3", 123, 123), Row(L" 1,2 3", 123, 123), Row(L"\uFF11\uFF12", 0, 0),
+            Row(L"-5", -5, 4294967291u), Row(L"- 5", 0, 0), Row(L"--5", 0, 0), Row(L"+5", 5, 5),
+            Row(L"3.9", 3, 3), Row(L"2147483648", INT_MAX, 2147483648u),
+            Row(L"-2147483649", INT_MIN, 2147483647u), Row(L"4294967296", INT_MAX, UINT_MAX),
+            Row(L"-4294967296", INT_MIN, UINT_MAX), Row(L"99999999999999999999999999", INT_MAX, UINT_MAX))) {
+    EXPECT_EQ(as_signed, CQorNumUtil::ToInt(text)) << Utf8(text);
+    EXPECT_EQ(as_signed, CQorNumUtil::ToLong(text)) << Utf8(text);
+    EXPECT_EQ(as_unsigned, CQorNumUtil::ToUInt(text)) << Utf8(text);
+    EXPECT_EQ(as_unsigned, CQorNumUtil::ToULong(text)) << Utf8(text);
   }
   EXPECT_EQ(32767, CQorNumUtil::ToShort(L"40000"));
   EXPECT_EQ(-32768, CQorNumUtil::ToShort(L"-40000"));
@@ -73,16 +56,13 @@ TEST(NumberParse, integers) {
 
 TEST(NumberParse, doubles) {
   const double infinity = std::numeric_limits<double>::infinity();
-  struct {
-    const wchar_t* text;
-    double expected;
-  } const rows[] = {
+  const std::tuple<const wchar_t*, double> rows[] = {
       {nullptr, 0}, {L"", 0},        {L"1,234.5", 1234.5}, {L"  -1.25", -1.25},
       {L".5", 0.5}, {L"5.", 5},      {L"-.5", -0.5},       {L"-", 0},
       {L".", 0},    {L"1.2.3", 1.2}, {L"1 000", 1},        {L"\u5186", 0},
       {L"1-2", 1},  {L"0.1", 0.1},   {L"--1", 0},          {L"1e5", 15},
   };
-  for (const auto& row : rows) EXPECT_EQ(row.expected, CQorNumUtil::ToDouble(row.text)) << Utf8(row.text);
+  for (const auto& [text, expected] : rows) EXPECT_EQ(expected, CQorNumUtil::ToDouble(text)) << Utf8(text);
   std::vector<wchar_t> huge(500, L'9');
   huge.front() = L'-';
   huge.back() = 0;

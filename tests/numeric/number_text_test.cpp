@@ -7,14 +7,17 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <tuple>
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/numeric/num_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 
 namespace {
 
+using qorgen::tests::Rows;
 using qorgen::tests::TakeUtf8;
 
 std::string Text(double value, int decimals, int mode = 0, int trim = 0) {
@@ -34,36 +37,24 @@ TEST(NumberText, of_integers) {
 }
 
 TEST(NumberText, of_doubles) {
-  struct {
-    double value;
-    int decimals, mode, trim;
-    const char* expected;
-  } const rows[] = {
-      {-0.0, 0, 0, 0, "0"},
-      {-0.0, 2, 0, 0, "0.00"},
-      {1.5, 0, 0, 0, "2"},
-      {2.5, 0, 0, 0, "2"},  // ties go to the even digit where no rounding step runs
-      {2.5, 0, 3, 0, "3"},
-      {1.005, 2, 0, 0, "1.00"},
-      {1.005, 2, 3, 0, "1.01"},
-      {1.5, 2, 0, 0, "1.50"},
-      {1.5, 2, 0, 1, "1.5"},
-      {100, 2, 0, 1, "100"},
-      {100, 0, 0, 1, "100"},            // zeros of the integer part stay
-      {-1234.5, -2, 0, 0, "-1234.50"},  // the size of `decimals` counts
-      {0.1, 100, 0, 0, "0.100000000000000"},
-      {0.1, INT_MIN, 0, 1, "0.1"},
-      {0.1, INT_MIN, 3, 1, "0"},
-      {1234567890123456.0, 2, 0, 0, "1234567890123456"},
-      {99999999999999.5, 2, 0, 0, "99999999999999.5"},
-      {10.5, 15, 0, 0, "10.5000000000000"},  // one division brings 10.5 to more than 1, a second below
-      {1e22, 2, 0, 0, "10000000000000000000000"},
-      {std::numeric_limits<double>::infinity(), 2, 3, 0, "inf"},
-      {-std::numeric_limits<double>::infinity(), 2, 0, 0, "-inf"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.expected, Text(row.value, row.decimals, row.mode, row.trim))
-        << row.value << ' ' << row.decimals << ' ' << row.mode << ' ' << row.trim;
+  // 2.5 in mode 0: ties go to the even digit where no rounding step runs
+  // 100 with 0 decimals, trimmed: zeros of the integer part stay
+  // -1234.5: the size of `decimals` counts
+  // 10.5: one division brings 10.5 to more than 1, a second below
+  using Row = std::tuple<double, int, int, int, const char*>;
+  for (const auto& [value, decimals, mode, trim, expected] :
+       Rows(Row(-0.0, 0, 0, 0, "0"), Row(-0.0, 2, 0, 0, "0.00"), Row(1.5, 0, 0, 0, "2"),
+            Row(2.5, 0, 0, 0, "2"), Row(2.5, 0, 3, 0, "3"), Row(1.005, 2, 0, 0, "1.00"),
+            Row(1.005, 2, 3, 0, "1.01"), Row(1.5, 2, 0, 0, "1.50"), Row(1.5, 2, 0, 1, "1.5"),
+            Row(100, 2, 0, 1, "100"), Row(100, 0, 0, 1, "100"), Row(-1234.5, -2, 0, 0, "-1234.50"),
+            Row(0.1, 100, 0, 0, "0.100000000000000"), Row(0.1, INT_MIN, 0, 1, "0.1"),
+            Row(0.1, INT_MIN, 3, 1, "0"), Row(1234567890123456.0, 2, 0, 0, "1234567890123456"),
+            Row(99999999999999.5, 2, 0, 0, "99999999999999.5"), Row(10.5, 15, 0, 0, "10.5000000000000"),
+            Row(1e22, 2, 0, 0, "10000000000000000000000"),
+            Row(std::numeric_limits<double>::infinity(), 2, 3, 0, "inf"),
+            Row(-std::numeric_limits<double>::infinity(), 2, 0, 0, "-inf"))) {
+    EXPECT_EQ(expected, Text(value, decimals, mode, trim))
+        << value << ' ' << decimals << ' ' << mode << ' ' << trim;
   }
   EXPECT_EQ("nan", Text(-std::nan(""), 2));
   EXPECT_EQ(309u, Text(std::numeric_limits<double>::max(), 2).size());
@@ -73,22 +64,17 @@ TEST(NumberText, of_doubles) {
 }
 
 TEST(NumberText, within_a_length) {
-  struct {
-    double value;
-    int decimals, max, trim;
-    const char* expected;
-    int over;
-  } const rows[] = {
+  const std::tuple<double, int, int, int, const char*, int> rows[] = {
       {12.345, 3, 0, 1, "12.345", 0},  {12.345, 3, 6, 1, "12.345", 0}, {12.345, 3, 5, 1, "12.34", 1},
       {12.304, 3, 5, 1, "12.3", 0},    {12.345, 3, 3, 0, "12", 0},     {123456, 0, 3, 1, "123", 1},
       {12.345, 3, -1, 1, "12.345", 0},
   };
-  for (const auto& row : rows) {
+  for (const auto& [row_value, row_decimals, max, trim, expected, row_over] : rows) {
     int over = -1, length = -1;
     const std::string text =
-        TakeUtf8(CQorNumUtil::ToString(row.value, row.decimals, row.max, &length, 0, row.trim, &over));
-    EXPECT_EQ(row.expected, text);
-    EXPECT_EQ(row.over, over) << text;
+        TakeUtf8(CQorNumUtil::ToString(row_value, row_decimals, max, &length, 0, trim, &over));
+    EXPECT_EQ(expected, text);
+    EXPECT_EQ(row_over, over) << text;
     EXPECT_EQ(text.size(), static_cast<std::size_t>(length));
   }
   EXPECT_EQ("1", TakeUtf8(CQorNumUtil::ToString(1.0, 0, 1, nullptr, 0, 0, nullptr)));
@@ -141,29 +127,18 @@ TEST(NumberText, is_what_the_runtime_prints) {
 }
 
 TEST(UnitSize, scales_to_the_largest_unit) {
-  struct {
-    unsigned long long bytes;
-    const char* expected;
-  } const rows[] = {
-      {0, "0"},
-      {500, "500"},
-      {1023, "1023"},
-      {1024, "1 KB"},
-      {1536, "1.5 KB"},
-      {1048575, "1024 KB"},
-      {1048576, "1 MB"},
-      {0x40000000, "1024 MB"},
-      {0x40000001, "1 GB"},  // the lowest sixteen bits don't count in gigabytes
-      {0x4000FFFF, "1 GB"},
-      {0x100000000, "4 GB"},
-      {0xFFFF000000000000, "0 GB"},  // nor does anything above bit 47
-      {1649267441664, "1536 GB"},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.expected, TakeUtf8(CQorNumUtil::ToUnitString(row.bytes))) << row.bytes;
+  // 0x40000001: the lowest sixteen bits don't count in gigabytes
+  // 0xFFFF000000000000: nor does anything above bit 47
+  using Row = std::tuple<unsigned long long, const char*>;
+  for (const auto& [bytes, expected] :
+       Rows(Row(0, "0"), Row(500, "500"), Row(1023, "1023"), Row(1024, "1 KB"), Row(1536, "1.5 KB"),
+            Row(1048575, "1024 KB"), Row(1048576, "1 MB"), Row(0x40000000, "1024 MB"),
+            Row(0x40000001, "1 GB"), Row(0x4000FFFF, "1 GB"), Row(0x100000000, "4 GB"),
+            Row(0xFFFF000000000000, "0 GB"), Row(1649267441664, "1536 GB"))) {
+    EXPECT_EQ(expected, TakeUtf8(CQorNumUtil::ToUnitString(bytes))) << bytes;
     ULARGE_INTEGER large;
-    large.QuadPart = row.bytes;
-    EXPECT_EQ(row.expected, TakeUtf8(CQorNumUtil::ToUnitString(large))) << row.bytes;
+    large.QuadPart = bytes;
+    EXPECT_EQ(expected, TakeUtf8(CQorNumUtil::ToUnitString(large))) << bytes;
   }
   unsigned long unit = 7;
   EXPECT_EQ(500, CQorNumUtil::ToUnitDouble(500UL, unit));

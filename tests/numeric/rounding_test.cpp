@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <tuple>
 
 #include "qorgen/numeric/num_util.h"
+
+#include "tests/support/rows.h"
+
+using qorgen::tests::Rows;
 
 namespace {
 
@@ -16,37 +21,16 @@ double Rounded(double value, int place, int mode) {
 }
 
 TEST(Round, follows_the_decimal_text) {
-  struct {
-    double value;
-    int place, mode;
-    double expected;
-  } const rows[] = {
-      {1.005, -2, 3, 1.01},
-      {1.00000000000001, 0, 2, 1},
-      {1.000001, 0, 2, 2},
-      {2.9999999999999996, 0, 1, 3},
-      {2.9999, 0, 1, 2},
-      {-2.5, 0, 3, -3},
-      {-2.5, 0, 2, -3},
-      {-2.5, 0, 0, -2},
-      {-2.4, 0, 3, -2},
-      {1234, 2, 3, 1200},
-      {1250, 2, 3, 1300},
-      {1201, 2, 2, 1300},
-      {1299, 2, 7, 1200},
-      {0, -2, 2, 0},
-      {0.5, 0, 3, 1},
-      {0.49, 0, 3, 0},
-      {123456.785, -2, 3, 123456.79},
-      {1e-20, 0, 2, 0},  // below the tolerance
-      {0.01, 0, 2, 1},
-      {1e300, -10, 3, 1e300},
-      {1.5, -400, 3, 1.5},
-      {5e300, 308, 1, 0},
-  };
-  for (const auto& row : rows) {
-    EXPECT_DOUBLE_EQ(row.expected, Rounded(row.value, row.place, row.mode))
-        << row.value << " at " << row.place << " mode " << row.mode;
+  // 1e-20: below the tolerance
+  using Row = std::tuple<double, int, int, double>;
+  for (const auto& [value, place, mode, expected] :
+       Rows(Row(1.005, -2, 3, 1.01), Row(1.00000000000001, 0, 2, 1), Row(1.000001, 0, 2, 2),
+            Row(2.9999999999999996, 0, 1, 3), Row(2.9999, 0, 1, 2), Row(-2.5, 0, 3, -3), Row(-2.5, 0, 2, -3),
+            Row(-2.5, 0, 0, -2), Row(-2.4, 0, 3, -2), Row(1234, 2, 3, 1200), Row(1250, 2, 3, 1300),
+            Row(1201, 2, 2, 1300), Row(1299, 2, 7, 1200), Row(0, -2, 2, 0), Row(0.5, 0, 3, 1),
+            Row(0.49, 0, 3, 0), Row(123456.785, -2, 3, 123456.79), Row(1e-20, 0, 2, 0), Row(0.01, 0, 2, 1),
+            Row(1e300, -10, 3, 1e300), Row(1.5, -400, 3, 1.5), Row(5e300, 308, 1, 0))) {
+    EXPECT_DOUBLE_EQ(expected, Rounded(value, place, mode)) << value << " at " << place << " mode " << mode;
   }
 }
 
@@ -93,17 +77,14 @@ TEST(Ratio, keeps_null_apart_from_zero) {
 }
 
 TEST(ScaledInteger, rounds_and_clamps) {
-  EXPECT_EQ(12346, CQorNumUtil::DoubleToLong(123.456, -2, 3));
-  EXPECT_EQ(12345, CQorNumUtil::DoubleToLong(123.456, -2, 1));
-  EXPECT_EQ(-124, CQorNumUtil::DoubleToLong(-123.456, 0, 2));
-  EXPECT_EQ(13, CQorNumUtil::DoubleToLong(1250, 2, 3));
-  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(-0.4, 0, 3));
-  EXPECT_EQ(2147483647, CQorNumUtil::DoubleToLong(1e300, 0, 3));
-  EXPECT_EQ(-2147483647 - 1, CQorNumUtil::DoubleToLong(-kInfinity, 0, 3));
-  EXPECT_EQ(2147483647, CQorNumUtil::DoubleToLong(1, -2147483647L - 1, 3));
-  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(1e300, 2147483647L, 1));
-  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(std::nan(""), 0, 3));
-  EXPECT_EQ(0, CQorNumUtil::DoubleToLong(kInfinity, 400, 3));
+  using Row = std::tuple<double, long, int, int>;
+  for (const auto& [value, place, mode, expected] :
+       Rows(Row(123.456, -2, 3, 12346), Row(123.456, -2, 1, 12345), Row(-123.456, 0, 2, -124),
+            Row(1250, 2, 3, 13), Row(-0.4, 0, 3, 0), Row(1e300, 0, 3, 2147483647),
+            Row(-kInfinity, 0, 3, -2147483647 - 1), Row(1, -2147483647L - 1, 3, 2147483647),
+            Row(1e300, 2147483647L, 1, 0), Row(std::nan(""), 0, 3, 0), Row(kInfinity, 400, 3, 0))) {
+    EXPECT_EQ(expected, CQorNumUtil::DoubleToLong(value, place, mode)) << value << " at " << place;
+  }
   EXPECT_DOUBLE_EQ(123.45, CQorNumUtil::LongToDouble(12345, -2));
   EXPECT_DOUBLE_EQ(-1200, CQorNumUtil::LongToDouble(-12, 2));
   EXPECT_EQ(0, CQorNumUtil::LongToDouble(0, 2147483647L));

@@ -3,12 +3,15 @@
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/calendar/date_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 
+using qorgen::tests::Rows;
 using qorgen::tests::TakeUtf8;
 using qorgen::tests::Utf8;
 
@@ -45,66 +48,34 @@ std::string FormatText(const wchar_t* text, unsigned style, int week = -1) {
 }
 
 TEST(DateFormat, EveryStyleOfADate) {
-  struct Row {
-    QORDATE date;
-    unsigned style;
-    const char* text;
-  };
   const QORDATE day(5, 3, 2019);
-  const Row rows[] = {
-      {day, 0x700, "2019/03/05"},
-      {day, 0x702, "2019/03/05"},
-      {day, 0x720, "2019.03.05"},
-      {day, 0x710, "20190305"},
-      {day, 0x740, "2019年03月05日"},
-      {day, 0x760, "2019年03月05日"},
-      {day, 0x1701, "平成31/03/05"},
-      {day, 0x2701, "H.31/03/05"},
-      {day, 0x2711, "H310305"},
-      {day, 0x4701, "H31/03/05"},
-      {day, 0x7701, "H.31/03/05"},
-      {day, 0x701, "31/03/05"},
-      {day, 0x10700, "2019/03/05(火)"},
-      {day, 0x20700, "2019/03/05(TUE)"},
-      {day, 0x30700, "2019/03/05(火)"},
-      {day, 0x40700, "2019/03/05"},
-      {day, 0x70C, "(2019/03/05)"},
-      {day, 0x1070C, "(2019/03/05(火))"},
-      {day, 0x100700, "2019/ 3/ 5"},
-      {day, 0x300, "03/05"},
-      {day, 0x340, "03月05日"},
-      {day, 0x600, "2019/03"},
-      {day, 0x500, "201905"},
-      {day, 0x400, "2019"},
-      {day, 0x440, "2019年"},
-      {day, 0x800, ""},
-      {day, 0xC, "()"},
-      {day, 0, "20190305"},
-      {QORDATE(8, 1, 1989), 0x1741, "平成元年01月08日"},
-      {QORDATE(8, 1, 1989), 0x1781, "平成元/01/08"},
-      {QORDATE(8, 1, 1989), 0x1701, "平成01/01/08"},
-      {QORDATE(8, 1, 1989), 0x101701, "平成 1/ 1/ 8"},
-      {QORDATE(7, 1, 1989), 0x1701, "昭和64/01/07"},
-      {QORDATE(7, 9, 1868), 0x1701, "UnFl1869/09/07"},
-      {QORDATE(8, 9, 1868), 0x2701, "M.01/09/08"},
-      {QORDATE(), 0x700, ""},
-      {QORDATE(), 0x10700, ""},
-      {QORDATE(31, 2, 2019), 0x700, "2019/02/31"},
-      // Without day and month the digits left are read from the right.
-      {QORDATE(0, 3, 2019), 0x600, "0020/19"},
-      {QORDATE(0, 0, 2019), 0x400, ""},
-      {QORDATE(0, 0, 2019), 0x700, "2019/00/00"},
-      {QORDATE(5, 3, 0), 0x300, "03/05"},
-      {QORDATE(5, 3, 0), 0x200, "03"},
-      {QORDATE(5, 0, 0), 0x300, "00/05"},
-      // Fields that are no date: no more than their digits.
-      {QORDATE(-1, -1, -1), 0x700, "0000/01/11"},
-      {QORDATE(-1, -1, -1), 0x000, ""},
-      {QORDATE(-128, -128, -32768), 0x10700, "6812/81/28(土)"},
-      {QORDATE(127, 127, 32767), 0x700, "6712/71/27"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(Format(row.date, row.style), row.text) << std::hex << row.date.ToLongDate() << " " << row.style;
+  // QORDATE(0, 3, 2019): Without day and month the digits left are read from the right.
+  // QORDATE(-1, -1, -1): Fields that are no date: no more than their digits.
+  using Row = std::tuple<QORDATE, unsigned, const char*>;
+  for (const auto& [date, style, text] : Rows(
+           Row(day, 0x700, "2019/03/05"), Row(day, 0x702, "2019/03/05"), Row(day, 0x720, "2019.03.05"),
+           Row(day, 0x710, "20190305"), Row(day, 0x740, "2019年03月05日"), Row(day, 0x760, "2019年03月05日"),
+           Row(day, 0x1701, "平成31/03/05"), Row(day, 0x2701, "H.31/03/05"), Row(day, 0x2711, "H310305"),
+           Row(day, 0x4701, "H31/03/05"), Row(day, 0x7701, "H.31/03/05"), Row(day, 0x701, "31/03/05"),
+           Row(day, 0x10700, "2019/03/05(火)"), Row(day, 0x20700, "2019/03/05(TUE)"),
+           Row(day, 0x30700, "2019/03/05(火)"), Row(day, 0x40700, "2019/03/05"),
+           Row(day, 0x70C, "(2019/03/05)"), Row(day, 0x1070C, "(2019/03/05(火))"),
+           Row(day, 0x100700, "2019/ 3/ 5"), Row(day, 0x300, "03/05"), Row(day, 0x340, "03月05日"),
+           Row(day, 0x600, "2019/03"), Row(day, 0x500, "201905"), Row(day, 0x400, "2019"),
+           Row(day, 0x440, "2019年"), Row(day, 0x800, ""), Row(day, 0xC, "()"), Row(day, 0, "20190305"),
+           Row(QORDATE(8, 1, 1989), 0x1741, "平成元年01月08日"),
+           Row(QORDATE(8, 1, 1989), 0x1781, "平成元/01/08"), Row(QORDATE(8, 1, 1989), 0x1701, "平成01/01/08"),
+           Row(QORDATE(8, 1, 1989), 0x101701, "平成 1/ 1/ 8"),
+           Row(QORDATE(7, 1, 1989), 0x1701, "昭和64/01/07"),
+           Row(QORDATE(7, 9, 1868), 0x1701, "UnFl1869/09/07"), Row(QORDATE(8, 9, 1868), 0x2701, "M.01/09/08"),
+           Row(QORDATE(), 0x700, ""), Row(QORDATE(), 0x10700, ""),
+           Row(QORDATE(31, 2, 2019), 0x700, "2019/02/31"), Row(QORDATE(0, 3, 2019), 0x600, "0020/19"),
+           Row(QORDATE(0, 0, 2019), 0x400, ""), Row(QORDATE(0, 0, 2019), 0x700, "2019/00/00"),
+           Row(QORDATE(5, 3, 0), 0x300, "03/05"), Row(QORDATE(5, 3, 0), 0x200, "03"),
+           Row(QORDATE(5, 0, 0), 0x300, "00/05"), Row(QORDATE(-1, -1, -1), 0x700, "0000/01/11"),
+           Row(QORDATE(-1, -1, -1), 0x000, ""), Row(QORDATE(-128, -128, -32768), 0x10700, "6812/81/28(土)"),
+           Row(QORDATE(127, 127, 32767), 0x700, "6712/71/27"))) {
+    EXPECT_EQ(Format(date, style), text) << std::hex << date.ToLongDate() << " " << style;
   }
 }
 
@@ -115,34 +86,18 @@ TEST(DateFormat, FirstYearWordFollowsItsSetting) {
 }
 
 TEST(DateFormat, DigitTexts) {
-  struct Row {
-    const wchar_t* text;
-    unsigned style;
-    const char* result;
-  };
-  const Row rows[] = {
-      {nullptr, 0x700, "(null)"},
-      {L"", 0x700, "(null)"},
-      {L"20190305", 0, "(null)"},
-      {L"abc", 0x700, "(null)"},
-      {L"   ", 0x700, "(null)"},
-      {L"20190305", 0x700, "2019/03/05"},
-      {L"2019年3月5日", 0x700, "0020/19/35"},  // reduced to 201935 first
-      {L"2019 3 5", 0x700, "2019/03/05"},
-      {L"2019 3 5", 0x100740, "2019年 3月 5日"},
-      {L"99920190305", 0x700, "2019/03/05"},
-      {L"0305", 0x300, "03/05"},
-      {L"5", 0x700, "5"},
-      {L"3/5", 0x700, "35"},
-      {L" 5 ", 0x700, " 5 "},
-      {L"0305", 0x700, "0305"},
-      {L"10305", 0x700, "0001/03/05"},
-      {L"20190305", 0x10700, "2019/03/05(水)"},  // the caller's day of the week
-      {L"20199999", 0x1701, "令和01/99/99"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(FormatText(row.text, row.style, 3), row.result)
-        << Utf8(row.text) << std::hex << " " << row.style;
+  // L"2019年3月5日": reduced to 201935 first
+  // 0x10700: the caller's day of the week
+  using Row = std::tuple<const wchar_t*, unsigned, const char*>;
+  for (const auto& [text, style, result] :
+       Rows(Row(nullptr, 0x700, "(null)"), Row(L"", 0x700, "(null)"), Row(L"20190305", 0, "(null)"),
+            Row(L"abc", 0x700, "(null)"), Row(L"   ", 0x700, "(null)"), Row(L"20190305", 0x700, "2019/03/05"),
+            Row(L"2019年3月5日", 0x700, "0020/19/35"), Row(L"2019 3 5", 0x700, "2019/03/05"),
+            Row(L"2019 3 5", 0x100740, "2019年 3月 5日"), Row(L"99920190305", 0x700, "2019/03/05"),
+            Row(L"0305", 0x300, "03/05"), Row(L"5", 0x700, "5"), Row(L"3/5", 0x700, "35"),
+            Row(L" 5 ", 0x700, " 5 "), Row(L"0305", 0x700, "0305"), Row(L"10305", 0x700, "0001/03/05"),
+            Row(L"20190305", 0x10700, "2019/03/05(水)"), Row(L"20199999", 0x1701, "令和01/99/99"))) {
+    EXPECT_EQ(FormatText(text, style, 3), result) << Utf8(text) << std::hex << " " << style;
   }
   EXPECT_EQ(FormatText(L"20190305", 0x10700, -1), "2019/03/05");
   EXPECT_EQ(FormatText(L"20190305", 0x10700, 7), "2019/03/05");
@@ -204,33 +159,22 @@ TEST(DateFormat, DigitStringAndParts) {
 }
 
 TEST(DateFormat, EraTitlesAndTheGuardRows) {
-  struct Row {
-    QORDATE date;
-    unsigned style;
-    const char* title;
-    const char* text;
-    int year;
-  };
-  const Row rows[] = {
-      {QORDATE(1, 5, 2019), 0x1000, "令和", "令和01", 1},
-      {QORDATE(1, 5, 2019), 0x1080, "令和", "令和元", 1},
-      {QORDATE(1, 5, 2019), 0x2000, "R.", "R.01", 1},
-      {QORDATE(1, 5, 2019), 0x2010, "R", "R01", 1},
-      {QORDATE(1, 5, 2019), 0x5000, "R", "R01", 1},
-      {QORDATE(1, 5, 2019), 0, "", "01", 1},
-      {QORDATE(1, 5, 2119), 0x4000, "R", "R101", 101},
-      {QORDATE(1, 1, 32767), 0x1000, "OvFl", "OvFl01", 1},
-      {QORDATE(127, 127, 32767), 0x2000, "O.", "O.01", 1},
-      {QORDATE(31, 12, 32766), 0x4000, "R", "R30748", 30748},
-      {QORDATE(), 0x1000, "UnFl", "UnFl01", 1},
-      {QORDATE(1, 1, 100), 0x4000, "U", "U101", 101},
-      {QORDATE(1, 1, -1), 0x1000, "(null)", "(null)", 0},
-      {QORDATE(-1, 1, 2019), 0x1000, "(null)", "(null)", 0},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(Utf8(CQorDateUtil::GetWarekiTitle(row.date, row.style)), row.title) << row.date.ToLongDate();
-    EXPECT_EQ(TakeUtf8(CQorDateUtil::ToWarekiString(row.date, row.style)), row.text) << row.date.ToLongDate();
-    EXPECT_EQ(CQorDateUtil::ToWareki(row.date), row.year) << row.date.ToLongDate();
+  using Row = std::tuple<QORDATE, unsigned, const char*, const char*, int>;
+  for (const auto& [date, style, title, text, year] :
+       Rows(Row(QORDATE(1, 5, 2019), 0x1000, "令和", "令和01", 1),
+            Row(QORDATE(1, 5, 2019), 0x1080, "令和", "令和元", 1),
+            Row(QORDATE(1, 5, 2019), 0x2000, "R.", "R.01", 1),
+            Row(QORDATE(1, 5, 2019), 0x2010, "R", "R01", 1), Row(QORDATE(1, 5, 2019), 0x5000, "R", "R01", 1),
+            Row(QORDATE(1, 5, 2019), 0, "", "01", 1), Row(QORDATE(1, 5, 2119), 0x4000, "R", "R101", 101),
+            Row(QORDATE(1, 1, 32767), 0x1000, "OvFl", "OvFl01", 1),
+            Row(QORDATE(127, 127, 32767), 0x2000, "O.", "O.01", 1),
+            Row(QORDATE(31, 12, 32766), 0x4000, "R", "R30748", 30748),
+            Row(QORDATE(), 0x1000, "UnFl", "UnFl01", 1), Row(QORDATE(1, 1, 100), 0x4000, "U", "U101", 101),
+            Row(QORDATE(1, 1, -1), 0x1000, "(null)", "(null)", 0),
+            Row(QORDATE(-1, 1, 2019), 0x1000, "(null)", "(null)", 0))) {
+    EXPECT_EQ(Utf8(CQorDateUtil::GetWarekiTitle(date, style)), title) << date.ToLongDate();
+    EXPECT_EQ(TakeUtf8(CQorDateUtil::ToWarekiString(date, style)), text) << date.ToLongDate();
+    EXPECT_EQ(CQorDateUtil::ToWareki(date), year) << date.ToLongDate();
   }
 }
 
@@ -240,54 +184,35 @@ TEST(DateFormat, WeekDaysAndDelimiters) {
   EXPECT_TEXT(L"", CQorDateUtil::GetWeekString(3, 0x700));
   for (int bad : {-1, 7, INT_MIN, INT_MAX}) EXPECT_TEXT(L"", CQorDateUtil::GetWeekString(bad, 0x10000));
 
-  struct Row {
-    unsigned style;
-    unsigned part;
-    const char* delimiter;
-  };
-  const Row rows[] = {
+  const std::tuple<unsigned, unsigned, const char*> rows[] = {
       {0x700, 0x400, "/"},      {0x700, 0x200, "/"},  {0x700, 0x100, "(null)"}, {0x500, 0x400, "(null)"},
       {0x600, 0x200, "(null)"}, {0x720, 0x400, "."},  {0x740, 0x400, "年"},     {0x740, 0x200, "月"},
       {0x440, 0x100, "日"},     {0x740, 0, "(null)"}, {0x750, 0x400, "(null)"}, {0x700, 0, "(null)"},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(Utf8(CQorDateUtil::GetDelimiterString(row.style, row.part)), row.delimiter)
-        << std::hex << row.style << " " << row.part;
+  for (const auto& [style, part, delimiter] : rows) {
+    EXPECT_EQ(Utf8(CQorDateUtil::GetDelimiterString(style, part)), delimiter)
+        << std::hex << style << " " << part;
   }
 }
 
 TEST(TimeFormat, EveryHourAndUnit) {
-  struct Row {
-    QORDATETIME time;
-    unsigned short style;
-    const char* text;
-  };
-  const Row rows[] = {
-      {QORDATETIME(15, 4, 5), 0x0E, "15:04:05"},
-      {QORDATETIME(9, 4, 5), 0x0E, " 9:04:05"},
-      {QORDATETIME(9, 4, 5), 0x06, " 9:04"},
-      {QORDATETIME(9, 4, 5), 0x02, " 9"},
-      {QORDATETIME(15, 4, 5), 0x0F, "PM 3:04:05"},
-      {QORDATETIME(15, 4, 5), 0x1F, "午後 3時04分05秒"},
-      {QORDATETIME(15, 4, 5), 0x1E, "15時04分05秒"},
-      {QORDATETIME(0, 0, 0), 0x05, "AM12:00"},
-      {QORDATETIME(12, 0, 0), 0x05, "PM12:00"},
-      {QORDATETIME(24, 0, 0), 0x05, "AM12:00"},
-      {QORDATETIME(23, 59, 59), 0x11, "午後11時"},
-      {QORDATETIME(11, 0, 0), 0x11, "午前11時"},
-      {QORDATETIME(1, 2, 3), 0x0C, "02:03"},
-      {QORDATETIME(1, 2, 3), 0x04, "02"},
-      {QORDATETIME(1, 2, 3), 0x08, "03"},
-      {QORDATETIME(1, 2, 3), 0x14, "02分"},
-      {QORDATETIME(1, 2, 3), 0, ""},
-      {QORDATETIME(1, 2, 3), 0x10, ""},
-      {QORDATETIME(-128, -128, -32768), 0x0F, "AM-8:-128:-32768"},
-      {QORDATETIME(127, 127, 32767), 0x0E, "127:127:32767"},
-  };
-  for (const Row& row : rows) {
+  using Row = std::tuple<QORDATETIME, unsigned short, const char*>;
+  for (const auto& [time, style, row_text] :
+       Rows(Row(QORDATETIME(15, 4, 5), 0x0E, "15:04:05"), Row(QORDATETIME(9, 4, 5), 0x0E, " 9:04:05"),
+            Row(QORDATETIME(9, 4, 5), 0x06, " 9:04"), Row(QORDATETIME(9, 4, 5), 0x02, " 9"),
+            Row(QORDATETIME(15, 4, 5), 0x0F, "PM 3:04:05"),
+            Row(QORDATETIME(15, 4, 5), 0x1F, "午後 3時04分05秒"),
+            Row(QORDATETIME(15, 4, 5), 0x1E, "15時04分05秒"), Row(QORDATETIME(0, 0, 0), 0x05, "AM12:00"),
+            Row(QORDATETIME(12, 0, 0), 0x05, "PM12:00"), Row(QORDATETIME(24, 0, 0), 0x05, "AM12:00"),
+            Row(QORDATETIME(23, 59, 59), 0x11, "午後11時"), Row(QORDATETIME(11, 0, 0), 0x11, "午前11時"),
+            Row(QORDATETIME(1, 2, 3), 0x0C, "02:03"), Row(QORDATETIME(1, 2, 3), 0x04, "02"),
+            Row(QORDATETIME(1, 2, 3), 0x08, "03"), Row(QORDATETIME(1, 2, 3), 0x14, "02分"),
+            Row(QORDATETIME(1, 2, 3), 0, ""), Row(QORDATETIME(1, 2, 3), 0x10, ""),
+            Row(QORDATETIME(-128, -128, -32768), 0x0F, "AM-8:-128:-32768"),
+            Row(QORDATETIME(127, 127, 32767), 0x0E, "127:127:32767"))) {
     CString text(L"before");
-    CQorDateUtil::FormatString(text, row.time, row.style);
-    EXPECT_EQ(Utf8(text), row.text) << row.style;
+    CQorDateUtil::FormatString(text, time, style);
+    EXPECT_EQ(Utf8(text), row_text) << style;
   }
 }
 

@@ -6,6 +6,11 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <tuple>
+
+#include "tests/support/rows.h"
+
+using qorgen::tests::Rows;
 
 namespace {
 
@@ -52,19 +57,14 @@ TEST(DateRecord, EmptyIsNotInvalid) {
 }
 
 TEST(DateRecord, FromDate) {
-  struct Row {
-    double date;
-    int fields;
-  };
-  const Row rows[] = {{0.0, 18991230},          {1.0, 18991231},
-                      {-1.0, 18991229},         {-1.25, 18991229},
-                      {0.75, 18991230},         {43529.5, 20190305},
-                      {43529.999999, 20190306}, {-657434.0, 1000101},
-                      {2958465.0, 99991231},    {2958466.0, -10101},
-                      {-657435.0, -10101},      {1e300, -10101},
-                      {-1e300, -10101},         {std::numeric_limits<double>::infinity(), -10101},
-                      {std::nan(""), -10101}};
-  for (const Row& row : rows) EXPECT_EQ(Fields(QORDATE(row.date)), row.fields) << row.date;
+  using Row = std::tuple<double, int>;
+  for (const auto& [date, fields] :
+       Rows(Row(0.0, 18991230), Row(1.0, 18991231), Row(-1.0, 18991229), Row(-1.25, 18991229),
+            Row(0.75, 18991230), Row(43529.5, 20190305), Row(43529.999999, 20190306), Row(-657434.0, 1000101),
+            Row(2958465.0, 99991231), Row(2958466.0, -10101), Row(-657435.0, -10101), Row(1e300, -10101),
+            Row(-1e300, -10101), Row(std::numeric_limits<double>::infinity(), -10101),
+            Row(std::nan(""), -10101)))
+    EXPECT_EQ(Fields(QORDATE(date)), fields) << date;
 }
 
 TEST(DateRecord, ImpossibleDatesHaveNoDate) {
@@ -115,38 +115,32 @@ TEST(DateRecord, MonthLengthsAreUnchecked) {
 }
 
 TEST(DateRecord, Steps) {
-  struct Row {
-    void (QORDATE::*step)();
-    QORDATE from;
-    int to;
-  };
-  const Row rows[] = {
-      {&QORDATE::IncDay, QORDATE(28, 2, 2024), 20240229},
-      {&QORDATE::IncDay, QORDATE(29, 2, 2024), 20240301},
-      {&QORDATE::IncDay, QORDATE(31, 12, 2023), 20240101},
-      {&QORDATE::IncDay, QORDATE(127, 127, 2023), 20240101},
-      {&QORDATE::IncDay, QORDATE(31, 12, 32767), -32768 * 10000 + 101},
-      {&QORDATE::DecDay, QORDATE(1, 3, 2023), 20230228},
-      {&QORDATE::DecDay, QORDATE(1, 1, 2024), 20231231},
-      {&QORDATE::DecDay, QORDATE(-128, -128, 2024), 20231231},
-      {&QORDATE::DecDay, QORDATE(1, 1, -32768), 327671231},
-      {&QORDATE::IncMonth, QORDATE(31, 1, 2024), 20240231},
-      {&QORDATE::IncMonth, QORDATE(31, 12, 2024), 20250131},
-      {&QORDATE::IncMonth, QORDATE(99, 12, 2024), 20250131},
-      {&QORDATE::IncMonth, QORDATE(5, 127, 2024), 20250105},
-      {&QORDATE::DecMonth, QORDATE(31, 3, 2024), 20240231},
-      {&QORDATE::DecMonth, QORDATE(40, 1, 2024), 20231231},
-      {&QORDATE::DecMonth, QORDATE(15, -128, 2024), 20231215},
-      {&QORDATE::FirstDay, QORDATE(15, 6, 2024), 20240601},
-      {&QORDATE::LastDay, QORDATE(15, 2, 2024), 20240229},
-      {&QORDATE::FirstMonthDay, QORDATE(15, 6, 2024), 20240101},
-      {&QORDATE::LastMonthDay, QORDATE(15, 6, 2024), 20241231},
-      {&QORDATE::Empty, QORDATE(15, 6, 2024), 0},
-  };
-  for (const Row& row : rows) {
-    QORDATE date(row.from);
-    (date.*row.step)();
-    EXPECT_EQ(Fields(date), row.to) << "from " << Fields(row.from);
+  using Row = std::tuple<void (QORDATE::*)(), QORDATE, int>;
+  for (const auto& [step, from, to] :
+       Rows(Row(&QORDATE::IncDay, QORDATE(28, 2, 2024), 20240229),
+            Row(&QORDATE::IncDay, QORDATE(29, 2, 2024), 20240301),
+            Row(&QORDATE::IncDay, QORDATE(31, 12, 2023), 20240101),
+            Row(&QORDATE::IncDay, QORDATE(127, 127, 2023), 20240101),
+            Row(&QORDATE::IncDay, QORDATE(31, 12, 32767), -32768 * 10000 + 101),
+            Row(&QORDATE::DecDay, QORDATE(1, 3, 2023), 20230228),
+            Row(&QORDATE::DecDay, QORDATE(1, 1, 2024), 20231231),
+            Row(&QORDATE::DecDay, QORDATE(-128, -128, 2024), 20231231),
+            Row(&QORDATE::DecDay, QORDATE(1, 1, -32768), 327671231),
+            Row(&QORDATE::IncMonth, QORDATE(31, 1, 2024), 20240231),
+            Row(&QORDATE::IncMonth, QORDATE(31, 12, 2024), 20250131),
+            Row(&QORDATE::IncMonth, QORDATE(99, 12, 2024), 20250131),
+            Row(&QORDATE::IncMonth, QORDATE(5, 127, 2024), 20250105),
+            Row(&QORDATE::DecMonth, QORDATE(31, 3, 2024), 20240231),
+            Row(&QORDATE::DecMonth, QORDATE(40, 1, 2024), 20231231),
+            Row(&QORDATE::DecMonth, QORDATE(15, -128, 2024), 20231215),
+            Row(&QORDATE::FirstDay, QORDATE(15, 6, 2024), 20240601),
+            Row(&QORDATE::LastDay, QORDATE(15, 2, 2024), 20240229),
+            Row(&QORDATE::FirstMonthDay, QORDATE(15, 6, 2024), 20240101),
+            Row(&QORDATE::LastMonthDay, QORDATE(15, 6, 2024), 20241231),
+            Row(&QORDATE::Empty, QORDATE(15, 6, 2024), 0))) {
+    QORDATE date(from);
+    (date.*step)();
+    EXPECT_EQ(Fields(date), to) << "from " << Fields(from);
   }
 }
 
@@ -205,32 +199,25 @@ TEST(DateTimeRecord, FieldsAndConversion) {
 
 TEST(DateTimeRecord, CompareAndMinutes) {
   constexpr int kDay = 0x07E30305;
-  struct Row {
-    QORDATETIME a;
-    QORDATETIME b;
-    int compare;
-    double minutes;
-  };
-  const Row rows[] = {
-      {Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 0), 0, 0},
-      {Moment(kDay, 10, 0, 1), Moment(kDay, 10, 0, 0), 1, 0},
-      {Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 59), -1, 0},
-      {Moment(kDay, 10, 1, 0), Moment(kDay, 10, 0, 0), 1, 1},
-      {Moment(kDay, 9, 59, 0), Moment(kDay, 11, 0, 30), -1, -61},
-      {Moment(kDay + 1, 0, 0, 0), Moment(kDay, 23, 59, 59), 1, 0},
-      {Moment(kDay + 1, 0, 0, 0), Moment(kDay, 0, 0, 0), 1, 1440},
-      // Before the base, where the fraction of a DATE counts the other way round.
-      {Moment(0x074C0908, 18, 0, 0), Moment(0x074C0908, 6, 0, 0), 1, 720},
-      // Times without a date have no DATE to tell them apart.
-      {QORDATETIME(10, 0, 0), QORDATETIME(11, 0, 0), 0, 0},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(row.a.Compare(row.b), row.compare);
-    EXPECT_EQ(row.b.Compare(row.a), -row.compare);
-    EXPECT_EQ(row.a.MinutesSpan(row.b), row.minutes);
-    EXPECT_EQ(row.a == row.b, row.compare == 0);
-    EXPECT_EQ(row.a > row.b, row.compare > 0);
-    EXPECT_EQ(row.a <= row.b, row.compare <= 0);
+  // Moment(0x074C0908, 18, 0, 0): Before the base, where the fraction of a DATE counts the other way round.
+  // QORDATETIME(10, 0, 0): Times without a date have no DATE to tell them apart.
+  using Row = std::tuple<QORDATETIME, QORDATETIME, int, double>;
+  for (const auto& [row_a, row_b, compare, minutes] :
+       Rows(Row(Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 0), 0, 0),
+            Row(Moment(kDay, 10, 0, 1), Moment(kDay, 10, 0, 0), 1, 0),
+            Row(Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 59), -1, 0),
+            Row(Moment(kDay, 10, 1, 0), Moment(kDay, 10, 0, 0), 1, 1),
+            Row(Moment(kDay, 9, 59, 0), Moment(kDay, 11, 0, 30), -1, -61),
+            Row(Moment(kDay + 1, 0, 0, 0), Moment(kDay, 23, 59, 59), 1, 0),
+            Row(Moment(kDay + 1, 0, 0, 0), Moment(kDay, 0, 0, 0), 1, 1440),
+            Row(Moment(0x074C0908, 18, 0, 0), Moment(0x074C0908, 6, 0, 0), 1, 720),
+            Row(QORDATETIME(10, 0, 0), QORDATETIME(11, 0, 0), 0, 0))) {
+    EXPECT_EQ(row_a.Compare(row_b), compare);
+    EXPECT_EQ(row_b.Compare(row_a), -compare);
+    EXPECT_EQ(row_a.MinutesSpan(row_b), minutes);
+    EXPECT_EQ(row_a == row_b, compare == 0);
+    EXPECT_EQ(row_a > row_b, compare > 0);
+    EXPECT_EQ(row_a <= row_b, compare <= 0);
   }
   // Less than a second apart.
   QORDATETIME a;

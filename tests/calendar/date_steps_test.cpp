@@ -2,8 +2,13 @@
 
 #include <climits>
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "qorgen/calendar/date_util.h"
+
+#include "tests/support/rows.h"
+
+using qorgen::tests::Rows;
 
 namespace {
 
@@ -12,32 +17,19 @@ int Fields(const QORDATE& date) {
 }
 
 TEST(DateSteps, Months) {
-  struct Row {
-    int year;
-    int month;
-    int next_year;
-    int next;
-    int previous_year;
-    int previous;
-  };
-  const Row rows[] = {
-      {2023, 12, 2024, 1, 2023, 11},
-      {2023, 1, 2023, 2, 2022, 12},
-      {2023, 6, 2023, 7, 2023, 5},
-      {2023, 13, 2023, 14, 2023, 12},
-      {2023, 0, 2023, 1, 2022, 12},
-      {2023, -7, 2023, -6, 2022, 12},
-      {INT_MAX, 12, INT_MIN, 1, INT_MAX, 11},
-      {INT_MIN, INT_MIN, INT_MIN, INT_MIN + 1, INT_MAX, 12},
-      {5, INT_MAX, 5, INT_MIN, 5, INT_MAX - 1},
-  };
-  for (const Row& row : rows) {
-    int year = row.year;
-    EXPECT_EQ(CQorDateUtil::IncMonth(year, row.month), row.next);
-    EXPECT_EQ(year, row.next_year);
-    year = row.year;
-    EXPECT_EQ(CQorDateUtil::DecMonth(year, row.month), row.previous);
-    EXPECT_EQ(year, row.previous_year);
+  using Row = std::tuple<int, int, int, int, int, int>;
+  for (const auto& [row_year, month, next_year, next, previous_year, previous] :
+       Rows(Row(2023, 12, 2024, 1, 2023, 11), Row(2023, 1, 2023, 2, 2022, 12), Row(2023, 6, 2023, 7, 2023, 5),
+            Row(2023, 13, 2023, 14, 2023, 12), Row(2023, 0, 2023, 1, 2022, 12),
+            Row(2023, -7, 2023, -6, 2022, 12), Row(INT_MAX, 12, INT_MIN, 1, INT_MAX, 11),
+            Row(INT_MIN, INT_MIN, INT_MIN, INT_MIN + 1, INT_MAX, 12),
+            Row(5, INT_MAX, 5, INT_MIN, 5, INT_MAX - 1))) {
+    int year = row_year;
+    EXPECT_EQ(CQorDateUtil::IncMonth(year, month), next);
+    EXPECT_EQ(year, next_year);
+    year = row_year;
+    EXPECT_EQ(CQorDateUtil::DecMonth(year, month), previous);
+    EXPECT_EQ(year, previous_year);
   }
 }
 
@@ -66,32 +58,17 @@ TEST(DateSteps, ValidDates) {
   }
 }
 
-TEST(DateSteps, Settings) {
-  EXPECT_EQ(CQorDateUtil::GannenUse(), 1);
-  EXPECT_EQ(CQorDateUtil::BopMonth(), 1);
-  EXPECT_EQ(CQorDateUtil::BopDay(), 1);
-  CQorDateUtil::BopMonth() = 4;
-  EXPECT_EQ(CQorDateUtil::BopMonth(), 4);
-  CQorDateUtil::BopMonth() = 1;
-}
-
 TEST(DateSteps, SundaysAndHolidays) {
-  struct Row {
-    QORDATE date;
-    int sunday;
-    int saturday;
-    int holiday;
-  };
-  const Row rows[] = {
+  const std::tuple<QORDATE, int, int, int> rows[] = {
       {QORDATE(2, 6, 2024), 1, 0, 1}, {QORDATE(1, 6, 2024), 0, 1, 0}, {QORDATE(3, 6, 2024), 0, 0, 0},
       {QORDATE(6, 5, 2024), 0, 0, 1}, {QORDATE(3, 5, 2025), 0, 1, 1}, {QORDATE(2, 5, 2019), 0, 0, 1},
       {QORDATE(), 1, 0, 0},           {QORDATE(1, 1, 0), 0, 1, 0},    {QORDATE(0, 1, 2024), 0, 1, 0},
       {QORDATE(-1, -1, -1), 0, 1, 0}, {QORDATE(1, 1, 99), 0, 1, 1},   {QORDATE(8, 9, 1868), 0, 0, 0},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(CQorDateUtil::IsSunday(row.date), row.sunday) << Fields(row.date);
-    EXPECT_EQ(CQorDateUtil::IsSaturday(row.date), row.saturday) << Fields(row.date);
-    EXPECT_EQ(CQorDateUtil::IsHoliday(row.date), row.holiday) << Fields(row.date);
+  for (const auto& [date, sunday, saturday, holiday] : rows) {
+    EXPECT_EQ(CQorDateUtil::IsSunday(date), sunday) << Fields(date);
+    EXPECT_EQ(CQorDateUtil::IsSaturday(date), saturday) << Fields(date);
+    EXPECT_EQ(CQorDateUtil::IsHoliday(date), holiday) << Fields(date);
   }
 }
 
@@ -136,20 +113,14 @@ TEST(Weeks, DaysThatAreNotThere) {
   EXPECT_EQ(first, 6);
   EXPECT_EQ(last, 0);
   EXPECT_EQ(CQorDateUtil::GetWeekRange(2024, 6, nullptr, nullptr), 6);
-  struct Row {
-    int week;
-    int week_day;
-    int adjust;
-    int day;
-  };
-  const Row rows[] = {
+  const std::tuple<int, int, int, int> rows[] = {
       {0, 5, 0, -1},       {0, 6, 0, 1},  {5, 0, 0, 30},  {5, 1, 0, -1},       {6, 0, 0, -1},
       {INT_MAX, 0, 1, -1}, {1, 1, 1, 10}, {1, 1, 0, 3},   {1, 6, 1, 8},        {-1, 6, 0, -1},
       {INT_MIN, 0, 1, -1}, {1, 7, 0, -1}, {1, -1, 0, -1}, {0, INT_MAX, 0, -1}, {0, INT_MIN, 1, -1},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(CQorDateUtil::GetDayFromWeek(2024, 6, row.week, row.week_day, row.adjust), row.day)
-        << row.week << " " << row.week_day << " " << row.adjust;
+  for (const auto& [week, week_day, adjust, day] : rows) {
+    EXPECT_EQ(CQorDateUtil::GetDayFromWeek(2024, 6, week, week_day, adjust), day)
+        << week << " " << week_day << " " << adjust;
   }
   // Months and years that are none: no layout worth the name, but an answer.
   for (int bad : {INT_MIN, -1, 0, 13, 40000, INT_MAX}) {
@@ -166,44 +137,36 @@ TEST(NormalizeDate, Findings) {
   const QORDATE highest(31, 3, 2024);
   const QORDATE far_low(1, 1, -100);
   const QORDATE far_high(1, 1, 9999);
-  struct Row {
-    QORDATE date;
-    QORDATE lowest;
-    QORDATE highest;
-    unsigned typed;
-    int fields;
-    int code;
-  };
-  const Row rows[] = {
-      {QORDATE(), lowest, highest, 0x700, 0, 0},
-      {QORDATE(15, 1, 0), lowest, highest, 0x300, 20240115, 0},
-      {QORDATE(15, 5, 0), lowest, highest, 0x300, 20230515, 0},
-      {QORDATE(15, 0, 0), lowest, highest, 0x100, 20230415, 0},
-      {QORDATE(0, 6, 0), lowest, highest, 0x200, 20230601, 0},
-      {QORDATE(0, 2, 0), lowest, highest, 0x200, 20240229, 4},  // the day comes from the far bound: 31
-      {QORDATE(31, 2, 0), lowest, highest, 0x300, 20240229, 4},
-      {QORDATE(31, 2, 2024), lowest, highest, 0x700, 20240229, 4},
-      {QORDATE(0, 0, 2023), lowest, highest, 0x400, 20230401, 0},
-      {QORDATE(9, 0, 2023), lowest, highest, 0x500, 20230401, 0},
-      {QORDATE(0, 7, 2023), lowest, highest, 0x600, 20230701, 0},
-      {QORDATE(0, 0, 2024), lowest, highest, 0x400, 20240331, 1},
-      {QORDATE(1, 1, 2020), lowest, highest, 0x700, 20230401, -1},
-      {QORDATE(1, 1, 2030), lowest, highest, 0x700, 20240331, 1},
-      {QORDATE(5, 5, 2022), lowest, highest, 0, 20240331, 0},
-      {QORDATE(5, 13, 2023), lowest, highest, 0x700, 20231205, 3},
-      {QORDATE(40, 13, 2023), lowest, highest, 0x700, 20231231, 4},
-      {QORDATE(0, 5, 2023), lowest, highest, 0x700, 20230501, -4},
-      {QORDATE(5, 0, 2024), lowest, highest, 0x700, 20240105, -3},
-      {QORDATE(5, 6, -3), far_low, far_high, 0x700, 18680605, -2},
-      {QORDATE(5, 6, 2088), far_low, far_high, 0x700, 20870605, 2},
-      {QORDATE(0, 0, 3000), far_low, far_high, 0x700, 20870101, -4},
-  };
-  for (const Row& row : rows) {
+  // QORDATE(0, 2, 0): the day comes from the far bound, 31.
+  using Row = std::tuple<QORDATE, QORDATE, QORDATE, unsigned, int, int>;
+  for (const auto& [date, row_lowest, row_highest, typed, fields, code] :
+       Rows(Row(QORDATE(), lowest, highest, 0x700, 0, 0),
+            Row(QORDATE(15, 1, 0), lowest, highest, 0x300, 20240115, 0),
+            Row(QORDATE(15, 5, 0), lowest, highest, 0x300, 20230515, 0),
+            Row(QORDATE(15, 0, 0), lowest, highest, 0x100, 20230415, 0),
+            Row(QORDATE(0, 6, 0), lowest, highest, 0x200, 20230601, 0),
+            Row(QORDATE(0, 2, 0), lowest, highest, 0x200, 20240229, 4),
+            Row(QORDATE(31, 2, 0), lowest, highest, 0x300, 20240229, 4),
+            Row(QORDATE(31, 2, 2024), lowest, highest, 0x700, 20240229, 4),
+            Row(QORDATE(0, 0, 2023), lowest, highest, 0x400, 20230401, 0),
+            Row(QORDATE(9, 0, 2023), lowest, highest, 0x500, 20230401, 0),
+            Row(QORDATE(0, 7, 2023), lowest, highest, 0x600, 20230701, 0),
+            Row(QORDATE(0, 0, 2024), lowest, highest, 0x400, 20240331, 1),
+            Row(QORDATE(1, 1, 2020), lowest, highest, 0x700, 20230401, -1),
+            Row(QORDATE(1, 1, 2030), lowest, highest, 0x700, 20240331, 1),
+            Row(QORDATE(5, 5, 2022), lowest, highest, 0, 20240331, 0),
+            Row(QORDATE(5, 13, 2023), lowest, highest, 0x700, 20231205, 3),
+            Row(QORDATE(40, 13, 2023), lowest, highest, 0x700, 20231231, 4),
+            Row(QORDATE(0, 5, 2023), lowest, highest, 0x700, 20230501, -4),
+            Row(QORDATE(5, 0, 2024), lowest, highest, 0x700, 20240105, -3),
+            Row(QORDATE(5, 6, -3), far_low, far_high, 0x700, 18680605, -2),
+            Row(QORDATE(5, 6, 2088), far_low, far_high, 0x700, 20870605, 2),
+            Row(QORDATE(0, 0, 3000), far_low, far_high, 0x700, 20870101, -4))) {
     QORDATE result(9, 9, 999);
-    EXPECT_EQ(CQorDateUtil::NormalizeDate(row.date, row.lowest, row.highest, row.typed, &result), row.code)
-        << Fields(row.date) << " " << std::hex << row.typed;
-    EXPECT_EQ(Fields(result), row.fields) << Fields(row.date) << " " << std::hex << row.typed;
-    EXPECT_EQ(CQorDateUtil::NormalizeDate(row.date, row.lowest, row.highest, row.typed, nullptr), row.code);
+    EXPECT_EQ(CQorDateUtil::NormalizeDate(date, row_lowest, row_highest, typed, &result), code)
+        << Fields(date) << " " << std::hex << typed;
+    EXPECT_EQ(Fields(result), fields) << Fields(date) << " " << std::hex << typed;
+    EXPECT_EQ(CQorDateUtil::NormalizeDate(date, row_lowest, row_highest, typed, nullptr), code);
   }
 }
 

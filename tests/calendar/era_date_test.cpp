@@ -5,8 +5,12 @@
 #include <climits>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
+
+using qorgen::tests::Rows;
 
 namespace {
 
@@ -23,82 +27,40 @@ CQorDate OfKind(unsigned style, const QORDATE& first = QORDATE(5, 3, 2019)) {
   return date;
 }
 
-TEST(EraDate, DefaultIsToday) {
-  QORDATE before;
-  before.Today();
-  const CQorDate date;
-  QORDATE after;
-  after.Today();
-  EXPECT_TRUE(before <= date.ToQORDATE() && date.ToQORDATE() <= after);
-  EXPECT_EQ(static_cast<double>(date), date.ToQORDATE().ToDATE());
-  EXPECT_EQ(date.GetStyle(), 0x10u);
-  EXPECT_EQ(date.CheckDate(-657434.0), 1);
-  EXPECT_EQ(date.CheckDate(2958465.0), 1);
-  EXPECT_EQ(date.CheckDate(2958466.0), 0);
-}
-
 TEST(EraDate, AssignmentOfDates) {
-  struct Row {
-    unsigned style;
-    QORDATE value;
-    int accepted;
-    int fields;  // 20190305 where the object stays as it was
-  };
-  const Row rows[] = {
-      {0x10, QORDATE(29, 2, 2024), 1, 20240229},
-      {0x10, QORDATE(29, 2, 2023), 0, 20190305},
-      {0x10, QORDATE(31, 12, 9999), 1, 99991231},
-      {0x10, QORDATE(1, 1, 10000), 0, 20190305},
-      {0x12, QORDATE(0, 1, 10000), 0, 20190305},
-      {0x10, QORDATE(1, 1, 1899), 1, 18990101},
-      {0x10, QORDATE(31, 12, 1898), 1, 20190305},  // passes its check and changes nothing
-      {0x10, QORDATE(8, 9, 1868), 1, 20190305},
-      {0x10, QORDATE(1, 1, 99), 0, 20190305},
-      {0x10, QORDATE(1, 1, 123), 1, 21230101},
-      {0x10, QORDATE(1, 1, 899), 1, 28990101},
-      {0x10, QORDATE(1, 1, 900), 1, 19000101},
-      {0x10, QORDATE(1, 1, 950), 1, 19500101},
-      {0x10, QORDATE(1, 1, 1000), 1, 20190305},
-      {0x10, QORDATE(29, 2, 104), 1, 21040229},
-      {0x10, QORDATE(29, 2, 400), 1, 24000229},
-      {0x10, QORDATE(29, 2, 904), 1, 19040229},
-      {0x10, QORDATE(1, 13, 2024), 0, 20190305},
-      {0x10, QORDATE(32, 1, 2024), 0, 20190305},
-      {0x10, QORDATE(-1, -1, -1), 0, 20190305},
-      {0x10, QORDATE(127, 127, 32767), 0, 20190305},
-      {0x10, QORDATE(), 1, 0},
-      {0x10, QORDATE(0, 1, 2024), 1, 0},  // a part in use is missing: empty
-      {0x00, QORDATE(), 0, 20190305},
-      {0x12, QORDATE(0, 2, 2024), 1, 20240201},
-      {0x12, QORDATE(77, 2, 2024), 1, 20240201},
-      {0x12, QORDATE(1, 13, 2024), 0, 20190305},
-      {0x13, QORDATE(24, 12, 0), 1, 20191224},
-      {0x14, QORDATE(30, 2, 1500), 1, 20190230},  // without its year a month keeps 31 days
-      {0x13, QORDATE(32, 2, 0), 0, 20190305},
-      {0x15, QORDATE(0, 0, 2020), 1, 20200101},
-      {0x16, QORDATE(0, 7, 0), 1, 20190701},
-      {0x17, QORDATE(31, 0, 0), 1, 20190131},
-      {0x18, QORDATE(9, 9, 9), 1, 20190109},
-      {0x1F, QORDATE(2, 1, 2024), 1, 20240102},
-  };
-  for (const Row& row : rows) {
-    CQorDate date = OfKind(row.style);
-    EXPECT_EQ(date.CheckDate(row.value), row.accepted)
-        << std::hex << row.style << " " << row.value.ToLongDate();
-    date = row.value;
-    EXPECT_EQ(Fields(date), row.fields) << std::hex << row.style << " " << row.value.ToLongDate();
+  // 31 December 1898 passes its check and changes nothing.
+  // 0 January 2024: a part in use is missing, so the object becomes empty.
+  // 30 February 1500 of kind 0x14: without its year a month keeps 31 days.
+  using Row = std::tuple<unsigned, QORDATE, int, int>;
+  for (const auto& [style, value, accepted, fields] :
+       Rows(Row(0x10, QORDATE(29, 2, 2024), 1, 20240229), Row(0x10, QORDATE(29, 2, 2023), 0, 20190305),
+            Row(0x10, QORDATE(31, 12, 9999), 1, 99991231), Row(0x10, QORDATE(1, 1, 10000), 0, 20190305),
+            Row(0x12, QORDATE(0, 1, 10000), 0, 20190305), Row(0x10, QORDATE(1, 1, 1899), 1, 18990101),
+            Row(0x10, QORDATE(31, 12, 1898), 1, 20190305), Row(0x10, QORDATE(8, 9, 1868), 1, 20190305),
+            Row(0x10, QORDATE(1, 1, 99), 0, 20190305), Row(0x10, QORDATE(1, 1, 123), 1, 21230101),
+            Row(0x10, QORDATE(1, 1, 899), 1, 28990101), Row(0x10, QORDATE(1, 1, 900), 1, 19000101),
+            Row(0x10, QORDATE(1, 1, 950), 1, 19500101), Row(0x10, QORDATE(1, 1, 1000), 1, 20190305),
+            Row(0x10, QORDATE(29, 2, 104), 1, 21040229), Row(0x10, QORDATE(29, 2, 400), 1, 24000229),
+            Row(0x10, QORDATE(29, 2, 904), 1, 19040229), Row(0x10, QORDATE(1, 13, 2024), 0, 20190305),
+            Row(0x10, QORDATE(32, 1, 2024), 0, 20190305), Row(0x10, QORDATE(-1, -1, -1), 0, 20190305),
+            Row(0x10, QORDATE(127, 127, 32767), 0, 20190305), Row(0x10, QORDATE(), 1, 0),
+            Row(0x10, QORDATE(0, 1, 2024), 1, 0), Row(0x00, QORDATE(), 0, 20190305),
+            Row(0x12, QORDATE(0, 2, 2024), 1, 20240201), Row(0x12, QORDATE(77, 2, 2024), 1, 20240201),
+            Row(0x12, QORDATE(1, 13, 2024), 0, 20190305), Row(0x13, QORDATE(24, 12, 0), 1, 20191224),
+            Row(0x14, QORDATE(30, 2, 1500), 1, 20190230), Row(0x13, QORDATE(32, 2, 0), 0, 20190305),
+            Row(0x15, QORDATE(0, 0, 2020), 1, 20200101), Row(0x16, QORDATE(0, 7, 0), 1, 20190701),
+            Row(0x17, QORDATE(31, 0, 0), 1, 20190131), Row(0x18, QORDATE(9, 9, 9), 1, 20190109),
+            Row(0x1F, QORDATE(2, 1, 2024), 1, 20240102))) {
+    CQorDate date = OfKind(style);
+    EXPECT_EQ(date.CheckDate(value), accepted) << std::hex << style << " " << value.ToLongDate();
+    date = value;
+    EXPECT_EQ(Fields(date), fields) << std::hex << style << " " << value.ToLongDate();
     EXPECT_EQ(static_cast<double>(date), date.ToQORDATE().ToDATE());
   }
 }
 
 TEST(EraDate, AssignmentOfNumbers) {
-  struct Row {
-    unsigned style;
-    double value;
-    int accepted;
-    int fields;
-  };
-  const Row rows[] = {
+  const std::tuple<unsigned, double, int, int> rows[] = {
       {0x10, 45000.0, 1, 20230315},  {0x10, 45000.75, 1, 20230315},
       {0x10, -11438.0, 1, 18680905}, {0x10, 0.0, 1, 0},
       {0x10, 0.5, 1, 18991230},      {0x00, 0.0, 0, 20190305},
@@ -106,11 +68,11 @@ TEST(EraDate, AssignmentOfNumbers) {
       {0x10, 1e300, 0, 20190305},    {0x10, -1e300, 1, -10101},
       {0x10, -657435.0, 1, -10101},  {0x10, std::nan(""), 0, 20190305},
   };
-  for (const Row& row : rows) {
-    CQorDate date = OfKind(row.style);
-    EXPECT_EQ(date.CheckDate(row.value), row.accepted) << row.value;
-    date = row.value;
-    EXPECT_EQ(Fields(date), row.fields) << row.value;
+  for (const auto& [style, value, accepted, fields] : rows) {
+    CQorDate date = OfKind(style);
+    EXPECT_EQ(date.CheckDate(value), accepted) << value;
+    date = value;
+    EXPECT_EQ(Fields(date), fields) << value;
   }
   EXPECT_EQ(QORDATETIME(CQorDate(45000.75)).hour, 18);
   EXPECT_EQ(Fields(CQorDate(1e300)), Fields(CQorDate()));
@@ -184,7 +146,6 @@ TEST(EraDate, RangeMovesAndRefuses) {
 
 TEST(EraDate, StyleBits) {
   CQorDate date;
-  date.ModifyStyle(0x10, 0);
   EXPECT_EQ(date.GetStyle(), 0x10u);
   date.ModifyStyle(0, 0xF003);
   EXPECT_EQ(date.GetStyle(), 0xF013u);
@@ -217,30 +178,25 @@ TEST(EraDate, DayArithmetic) {
 }
 
 TEST(EraDate, MonthArithmetic) {
-  struct Row {
-    QORDATE from;
-    int months_back;
-    int to;
+  // 32767 months back would be before 1899.
+  const std::tuple<QORDATE, int, int> rows[] = {
+      {QORDATE(31, 3, 2024), 1, 20240229},      {QORDATE(31, 1, 2023), -1, 20230228},
+      {QORDATE(31, 1, 2024), 1, 20231231},      {QORDATE(15, 6, 2024), 12, 20230615},
+      {QORDATE(15, 6, 2024), -18, 20251215},    {QORDATE(15, 6, 2024), 0, 20240615},
+      {QORDATE(31, 12, 2024), -2, 20250228},    {QORDATE(15, 6, 2024), 65536, 20240615},
+      {QORDATE(15, 6, 2024), 32767, 20240615},  {QORDATE(15, 6, 2024), -32761, 47540715},
+      {QORDATE(15, 6, 2024), -32762, 20240615}, {QORDATE(15, 6, 2024), INT_MIN, 20240615},
   };
-  const Row rows[] = {
-      {QORDATE(31, 3, 2024), 1, 20240229},       {QORDATE(31, 1, 2023), -1, 20230228},
-      {QORDATE(31, 1, 2024), 1, 20231231},       {QORDATE(15, 6, 2024), 12, 20230615},
-      {QORDATE(15, 6, 2024), -18, 20251215},     {QORDATE(15, 6, 2024), 0, 20240615},
-      {QORDATE(31, 12, 2024), -2, 20250228},     {QORDATE(15, 6, 2024), 65536, 20240615},
-      {QORDATE(15, 6, 2024), 32767, 20240615},  // would be before 1899
-      {QORDATE(15, 6, 2024), -32761, 47540715},  {QORDATE(15, 6, 2024), -32762, 20240615},
-      {QORDATE(15, 6, 2024), INT_MIN, 20240615},
-  };
-  for (const Row& row : rows) {
-    CQorDate date(row.from);
-    EXPECT_EQ(Fields(date << row.months_back), row.to) << row.months_back;
-    date <<= row.months_back;
-    EXPECT_EQ(Fields(date), row.to) << row.months_back;
-    CQorDate forward(row.from);
-    if (row.months_back != INT_MIN) {
-      EXPECT_EQ(Fields(forward >> -row.months_back), row.to) << row.months_back;
-      forward >>= -row.months_back;
-      EXPECT_EQ(Fields(forward), row.to) << row.months_back;
+  for (const auto& [from, months_back, to] : rows) {
+    CQorDate date(from);
+    EXPECT_EQ(Fields(date << months_back), to) << months_back;
+    date <<= months_back;
+    EXPECT_EQ(Fields(date), to) << months_back;
+    CQorDate forward(from);
+    if (months_back != INT_MIN) {
+      EXPECT_EQ(Fields(forward >> -months_back), to) << months_back;
+      forward >>= -months_back;
+      EXPECT_EQ(Fields(forward), to) << months_back;
     }
   }
   CQorDate narrow(QORDATE(15, 3, 2024));
@@ -278,26 +234,21 @@ TEST(EraDate, DayNumbers) {
 }
 
 TEST(Era, FirstAndLastDays) {
-  struct Row {
-    QORDATE date;
-    int era;
-    int year;
-  };
-  const Row rows[] = {
+  const std::tuple<QORDATE, int, int> rows[] = {
       {QORDATE(31, 12, 1867), -1, 0}, {QORDATE(1, 1, 1868), 0, 1},    {QORDATE(29, 7, 1912), 0, 45},
       {QORDATE(30, 7, 1912), 1, 1},   {QORDATE(24, 12, 1926), 1, 15}, {QORDATE(25, 12, 1926), 2, 1},
       {QORDATE(7, 1, 1989), 2, 64},   {QORDATE(8, 1, 1989), 3, 1},    {QORDATE(30, 4, 2019), 3, 31},
       {QORDATE(1, 5, 2019), 4, 1},    {QORDATE(31, 12, 2087), 4, 69},
   };
-  for (const Row& row : rows) {
-    const CQorDate date(row.date.ToDATE());
+  for (const auto& [row_date, row_era, year] : rows) {
+    const CQorDate date(row_date.ToDATE());
     int era = 99;
-    EXPECT_EQ(date.GetGengo(), row.era) << Fields(row.date);
-    EXPECT_EQ(date.GetWareki(&era), row.year) << Fields(row.date);
-    EXPECT_EQ(era, row.era < 0 ? 5 : row.era) << Fields(row.date);
-    EXPECT_EQ(date.GetWareki(), row.year);
-    if (row.era >= 0) {
-      EXPECT_EQ(CQorDate::GetSeirekiFromWareki(static_cast<short>(row.year), row.era), row.date.year);
+    EXPECT_EQ(date.GetGengo(), row_era) << Fields(row_date);
+    EXPECT_EQ(date.GetWareki(&era), year) << Fields(row_date);
+    EXPECT_EQ(era, row_era < 0 ? 5 : row_era) << Fields(row_date);
+    EXPECT_EQ(date.GetWareki(), year);
+    if (row_era >= 0) {
+      EXPECT_EQ(CQorDate::GetSeirekiFromWareki(static_cast<short>(year), row_era), row_date.year);
     }
   }
 }

@@ -6,11 +6,14 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
+#include <tuple>
 
 #include "qorgen/calendar/date_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 
+using qorgen::tests::Rows;
 using qorgen::tests::Utf8;
 
 namespace {
@@ -46,30 +49,24 @@ TEST(NationalHoliday, WholeYears) {
 }
 
 TEST(NationalHoliday, MonthsThatShowARule) {
-  struct Row {
-    int year;
-    int first_month;
-    int last_month;
-    const char* list;
-  };
-  const Row rows[] = {
-      {2020, 7, 10, "7/23 海の日\n7/24 スポーツの日\n8/10 山の日\n9/21 敬老の日\n9/22 秋分の日\n"},
-      {2009, 9, 9, "9/21 敬老の日\n9/22 国民の休日\n9/23 秋分の日\n"},
-      {2009, 5, 5, "5/3 憲法記念日\n5/4 みどりの日\n5/5 こどもの日\n5/6 振替休日\n"},  // 5/3 on a Sunday
-      {1984, 5, 5, "5/3 憲法記念日\n5/5 こどもの日\n"},
-      {1985, 5, 5, "5/3 憲法記念日\n5/4 国民の休日\n5/5 こどもの日\n5/6 振替休日\n"},
-      {1998, 5, 5, "5/3 憲法記念日\n5/4 振替休日\n5/5 こどもの日\n"},  // the day between is taken
-      {1972, 4, 5, "4/29 みどりの日\n5/3 憲法記念日\n5/5 こどもの日\n"},
-      {1950, 1, 1, "1/1 元日\n1/2 振替休日\n1/15 成人の日\n1/16 振替休日\n"},  // before the law of 1973
-      {1999, 1, 1, "1/1 元日\n1/15 成人の日\n"},
-      {2000, 1, 1, "1/1 元日\n1/10 成人の日\n"},
-      {2026, 9, 9, "9/21 敬老の日\n9/22 国民の休日\n9/23 秋分の日\n"},
-      {2040, 3, 3, "3/21 春分の日\n"},
-      {2018, 12, 12, "12/23 天皇誕生日\n12/24 振替休日\n"},
-      {2019, 12, 12, ""},
-  };
-  for (const Row& row : rows)
-    EXPECT_EQ(ListOf(row.year, row.first_month, row.last_month), row.list) << row.year;
+  // May 2009: 5/3 on a Sunday
+  // 1998: the day between is taken
+  // 1950: before the law of 1973
+  using Row = std::tuple<int, int, int, const char*>;
+  for (const auto& [year, first_month, last_month, list] :
+       Rows(Row(2020, 7, 10, "7/23 海の日\n7/24 スポーツの日\n8/10 山の日\n9/21 敬老の日\n9/22 秋分の日\n"),
+            Row(2009, 9, 9, "9/21 敬老の日\n9/22 国民の休日\n9/23 秋分の日\n"),
+            Row(2009, 5, 5, "5/3 憲法記念日\n5/4 みどりの日\n5/5 こどもの日\n5/6 振替休日\n"),
+            Row(1984, 5, 5, "5/3 憲法記念日\n5/5 こどもの日\n"),
+            Row(1985, 5, 5, "5/3 憲法記念日\n5/4 国民の休日\n5/5 こどもの日\n5/6 振替休日\n"),
+            Row(1998, 5, 5, "5/3 憲法記念日\n5/4 振替休日\n5/5 こどもの日\n"),
+            Row(1972, 4, 5, "4/29 みどりの日\n5/3 憲法記念日\n5/5 こどもの日\n"),
+            Row(1950, 1, 1, "1/1 元日\n1/2 振替休日\n1/15 成人の日\n1/16 振替休日\n"),
+            Row(1999, 1, 1, "1/1 元日\n1/15 成人の日\n"), Row(2000, 1, 1, "1/1 元日\n1/10 成人の日\n"),
+            Row(2026, 9, 9, "9/21 敬老の日\n9/22 国民の休日\n9/23 秋分の日\n"),
+            Row(2040, 3, 3, "3/21 春分の日\n"), Row(2018, 12, 12, "12/23 天皇誕生日\n12/24 振替休日\n"),
+            Row(2019, 12, 12, "")))
+    EXPECT_EQ(ListOf(year, first_month, last_month), list) << year;
 }
 
 // Facts that hold for every list, whatever the rules: order, names, week days, and one substitute per Sunday.

@@ -3,17 +3,17 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <tuple>
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
+
+using qorgen::tests::Rows;
 
 namespace {
 
 TEST(OleDateTime, PartsOfKnownDates) {
-  const struct {
-    COleDateTime date;
-    double number;
-    int year, month, day, hour, minute, second, day_of_week, day_of_year;
-  } rows[] = {
+  const std::tuple<COleDateTime, double, int, int, int, int, int, int, int, int> rows[] = {
       {COleDateTime(2024, 2, 29, 13, 5, 9), 45351.54524305556, 2024, 2, 29, 13, 5, 9, 5, 60},
       {COleDateTime(2024, 12, 31, 23, 59, 59), 45657.999988425923, 2024, 12, 31, 23, 59, 59, 3, 366},
       {COleDateTime(1899, 12, 29, 6, 0, 0), -1.25, 1899, 12, 29, 6, 0, 0, 6, 363},
@@ -22,38 +22,30 @@ TEST(OleDateTime, PartsOfKnownDates) {
       {COleDateTime(), 0, 1899, 12, 30, 0, 0, 0, 7, 364},
       {COleDateTime(45351.5), 45351.5, 2024, 2, 29, 12, 0, 0, 5, 60},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(COleDateTime::valid, row.date.GetStatus()) << row.number;
-    EXPECT_DOUBLE_EQ(row.number, row.date.m_dt);
-    EXPECT_EQ(row.year, row.date.GetYear()) << row.number;
-    EXPECT_EQ(row.month, row.date.GetMonth()) << row.number;
-    EXPECT_EQ(row.day, row.date.GetDay()) << row.number;
-    EXPECT_EQ(row.hour, row.date.GetHour()) << row.number;
-    EXPECT_EQ(row.minute, row.date.GetMinute()) << row.number;
-    EXPECT_EQ(row.second, row.date.GetSecond()) << row.number;
-    EXPECT_EQ(row.day_of_week, row.date.GetDayOfWeek()) << row.number;
-    EXPECT_EQ(row.day_of_year, row.date.GetDayOfYear()) << row.number;
+  for (const auto& [date, number, year, month, day, hour, minute, second, day_of_week, day_of_year] : rows) {
+    EXPECT_EQ(COleDateTime::valid, date.GetStatus()) << number;
+    EXPECT_DOUBLE_EQ(number, date.m_dt);
+    EXPECT_EQ((std::tuple{year, month, day, hour, minute, second, day_of_week, day_of_year}),
+              (std::tuple{date.GetYear(), date.GetMonth(), date.GetDay(), date.GetHour(), date.GetMinute(),
+                          date.GetSecond(), date.GetDayOfWeek(), date.GetDayOfYear()}))
+        << number;
   }
 }
 
 TEST(OleDateTime, RefusesDatesThatDoNotExist) {
-  const struct {
-    int year, month, day, hour, minute, second;
-  } rows[] = {
+  const std::tuple<int, int, int, int, int, int> rows[] = {
       {2023, 2, 29, 0, 0, 0}, {2024, 6, 31, 0, 0, 0}, {2024, 13, 1, 0, 0, 0},        {2024, 0, 1, 0, 0, 0},
       {2024, 1, 0, 0, 0, 0},  {2024, 1, -1, 0, 0, 0}, {24, 1, 1, 0, 0, 0},           {99, 12, 31, 0, 0, 0},
       {10000, 1, 1, 0, 0, 0}, {-1, 1, 1, 0, 0, 0},    {65536 + 2024, 1, 1, 0, 0, 0}, {2024, 1, 1, 24, 0, 0},
       {2024, 1, 1, 0, 60, 0}, {2024, 1, 1, 0, 0, 60},
   };
-  for (const auto& row : rows) {
+  for (const auto& [year, month, day, hour, minute, second] : rows) {
     COleDateTime date(45000.0);
-    EXPECT_EQ(1, date.SetDateTime(row.year, row.month, row.day, row.hour, row.minute, row.second));
-    EXPECT_EQ(COleDateTime::invalid, date.GetStatus()) << row.year << "/" << row.month << "/" << row.day;
+    EXPECT_EQ(1, date.SetDateTime(year, month, day, hour, minute, second));
+    EXPECT_EQ(COleDateTime::invalid, date.GetStatus()) << year << "/" << month << "/" << day;
     EXPECT_EQ(0.0, date.m_dt);
-    EXPECT_EQ(-1, date.GetYear());
-    EXPECT_EQ(-1, date.GetDay());
-    EXPECT_EQ(-1, date.GetDayOfWeek());
-    EXPECT_EQ(-1, date.GetDayOfYear());
+    EXPECT_EQ((std::tuple{-1, -1, -1, -1}),
+              (std::tuple{date.GetYear(), date.GetDay(), date.GetDayOfWeek(), date.GetDayOfYear()}));
   }
 }
 
@@ -138,19 +130,12 @@ TEST(OleDateTime, ResultsKeepTheWorstStatus) {
 
 TEST(OleDateTime, FormatByStatus) {
   COleDateTime date(2024, 3, 5, 13, 5, 9);
-  const struct {
-    const wchar_t* format;
-    const wchar_t* text;
-  } rows[] = {
-      {L"%Y/%m/%d", L"2024/03/05"},
-      {L"%Y/%m/%d %H:%M:%S", L"2024/03/05 13:05:09"},
-      {L"%H:/%MK:%S", L"13:/05K:09"},
-      {L"%y年%j日 %w", L"24年065日 2"},
-      {L"100%%", L"100%"},
-      {L"", L""},
-      {nullptr, L""},
-  };
-  for (const auto& row : rows) EXPECT_TEXT(row.text, date.Format(row.format));
+  using Row = std::tuple<const wchar_t*, const wchar_t*>;
+  for (const auto& [format, text] :
+       Rows(Row(L"%Y/%m/%d", L"2024/03/05"), Row(L"%Y/%m/%d %H:%M:%S", L"2024/03/05 13:05:09"),
+            Row(L"%H:/%MK:%S", L"13:/05K:09"), Row(L"%y年%j日 %w", L"24年065日 2"), Row(L"100%%", L"100%"),
+            Row(L"", L""), Row(nullptr, L"")))
+    EXPECT_TEXT(text, date.Format(format));
   CString pattern;
   for (int i = 0; i < 1000; ++i) pattern.Append(L"%Y");
   EXPECT_EQ(4000, date.Format(pattern).GetLength());
@@ -195,25 +180,16 @@ TEST(OleDateTime, FromAVariant) {
 
 TEST(OleDateTimeSpan, WholeUnitsByTheHalfSecondRule) {
   const double second = 1.0 / 86400;
-  const struct {
-    double span;
-    double days, hours, minutes, seconds;
-  } rows[] = {
-      {0, 0, 0, 0, 0},
-      {1, 1, 24, 1440, 86400},
-      {59.6 * second, 0, 0, 1, 60},
-      {-59.6 * second, 0, 0, -1, -60},
-      {0.4 * second, 0, 0, 0, 0},
-      {-0.4 * second, 0, 0, 0, 0},
-      {-1.5, -1, -36, -2160, -129600},
-      {1 - 0.4 * second, 1, 24, 1440, 86400},
-  };
-  for (const auto& row : rows) {
-    const COleDateTimeSpan span(row.span);
-    EXPECT_EQ(row.days, span.GetTotalDays()) << row.span;
-    EXPECT_EQ(row.hours, span.GetTotalHours()) << row.span;
-    EXPECT_EQ(row.minutes, span.GetTotalMinutes()) << row.span;
-    EXPECT_EQ(row.seconds, span.GetTotalSeconds()) << row.span;
+  using Row = std::tuple<double, double, double, double, double>;
+  for (const auto& [row_span, days, hours, minutes, seconds] :
+       Rows(Row(0, 0, 0, 0, 0), Row(1, 1, 24, 1440, 86400), Row(59.6 * second, 0, 0, 1, 60),
+            Row(-59.6 * second, 0, 0, -1, -60), Row(0.4 * second, 0, 0, 0, 0), Row(-0.4 * second, 0, 0, 0, 0),
+            Row(-1.5, -1, -36, -2160, -129600), Row(1 - 0.4 * second, 1, 24, 1440, 86400))) {
+    const COleDateTimeSpan span(row_span);
+    EXPECT_EQ(days, span.GetTotalDays()) << row_span;
+    EXPECT_EQ(hours, span.GetTotalHours()) << row_span;
+    EXPECT_EQ(minutes, span.GetTotalMinutes()) << row_span;
+    EXPECT_EQ(seconds, span.GetTotalSeconds()) << row_span;
   }
 }
 

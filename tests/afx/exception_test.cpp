@@ -2,17 +2,20 @@
 
 #include <cerrno>
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "qorgen/afx/message_box.h"
 #include "qorgen/afx/string_resource.h"
 
 #include "tests/support/message_box.h"
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 #include "tests/support/throws.h"
 
 namespace {
 
 using qorgen::tests::MessageBoxRecorder;
+using qorgen::tests::Rows;
 using qorgen::tests::Utf8;
 
 // A host's own exception, on the stack and without a text.
@@ -58,23 +61,20 @@ TEST(CException, RecordsCarryThePublishedNames) {
   const CSilentException silent(ended);
   const CMemoryException memory(0);
   const CFileException file;
-  struct Row {
-    const CObject* object;
-    const char* name;
-    const CRuntimeClass* base;
-  };
   const CNotSupportedException unsupported(0);
   const CInvalidArgException argument(0);
   const COleException ole(E_FAIL);
-  for (const Row& row : {Row{&silent, "CException", RUNTIME_CLASS(CObject)},
-                         Row{&memory, "CMemoryException", RUNTIME_CLASS(CSimpleException)},
-                         Row{&unsupported, "CNotSupportedException", RUNTIME_CLASS(CSimpleException)},
-                         Row{&argument, "CInvalidArgException", RUNTIME_CLASS(CSimpleException)},
-                         Row{&file, "CFileException", RUNTIME_CLASS(CException)},
-                         Row{&ole, "COleException", RUNTIME_CLASS(CException)}}) {
-    EXPECT_STREQ(row.name, row.object->GetRuntimeClass()->m_lpszClassName);
-    EXPECT_EQ(row.base, row.object->GetRuntimeClass()->m_pfnGetBaseClass());
-    EXPECT_TRUE(row.object->IsKindOf(RUNTIME_CLASS(CException)));
+  const std::tuple<const CObject*, const char*, const CRuntimeClass*> rows[] = {
+      {&silent, "CException", RUNTIME_CLASS(CObject)},
+      {&memory, "CMemoryException", RUNTIME_CLASS(CSimpleException)},
+      {&unsupported, "CNotSupportedException", RUNTIME_CLASS(CSimpleException)},
+      {&argument, "CInvalidArgException", RUNTIME_CLASS(CSimpleException)},
+      {&file, "CFileException", RUNTIME_CLASS(CException)},
+      {&ole, "COleException", RUNTIME_CLASS(CException)}};
+  for (const auto& [object, name, base] : rows) {
+    EXPECT_STREQ(name, object->GetRuntimeClass()->m_lpszClassName);
+    EXPECT_EQ(base, object->GetRuntimeClass()->m_pfnGetBaseClass());
+    EXPECT_TRUE(object->IsKindOf(RUNTIME_CLASS(CException)));
   }
 }
 
@@ -132,23 +132,26 @@ TEST(CFileException, NamesTheFileForEveryCause) {
 }
 
 TEST(CFileException, CausesComeFromSystemErrorsAndErrno) {
-  struct Row {
-    int number, cause;
-  };
-  for (const Row& row :
-       {Row{0, CFileException::none}, Row{2, CFileException::fileNotFound}, Row{3, CFileException::badPath},
-        Row{4, CFileException::tooManyOpenFiles}, Row{5, CFileException::accessDenied},
-        Row{32, CFileException::sharingViolation}, Row{33, CFileException::lockViolation},
-        Row{38, CFileException::endOfFile}, Row{112, CFileException::diskFull},
-        Row{123, CFileException::badPath}, Row{131, CFileException::badSeek},
-        Row{-1, CFileException::genericException}, Row{999999, CFileException::genericException}}) {
-    EXPECT_EQ(row.cause, CFileException::OsErrorToException(row.number)) << row.number;
+  using Row = std::tuple<int, int>;
+  for (const auto& [number, cause] :
+       Rows(Row(0, CFileException::none), Row(2, CFileException::fileNotFound),
+            Row(3, CFileException::badPath), Row(4, CFileException::tooManyOpenFiles),
+            Row(5, CFileException::accessDenied), Row(32, CFileException::sharingViolation),
+            Row(33, CFileException::lockViolation), Row(38, CFileException::endOfFile),
+            Row(112, CFileException::diskFull), Row(123, CFileException::badPath),
+            Row(131, CFileException::badSeek), Row(-1, CFileException::genericException),
+            Row(999999, CFileException::genericException))) {
+    EXPECT_EQ(cause, CFileException::OsErrorToException(number)) << number;
   }
-  for (const Row& row : {Row{0, CFileException::none}, Row{ENOENT, CFileException::fileNotFound},
-                         Row{EACCES, CFileException::accessDenied}, Row{ENOSPC, CFileException::diskFull},
-                         Row{EMFILE, CFileException::tooManyOpenFiles}, Row{EIO, CFileException::hardIO},
-                         Row{ERANGE, CFileException::genericException}}) {
-    EXPECT_EQ(row.cause, CFileException::ErrnoToException(row.number)) << row.number;
+  const std::tuple<int, int> by_errno[] = {{0, CFileException::none},
+                                           {ENOENT, CFileException::fileNotFound},
+                                           {EACCES, CFileException::accessDenied},
+                                           {ENOSPC, CFileException::diskFull},
+                                           {EMFILE, CFileException::tooManyOpenFiles},
+                                           {EIO, CFileException::hardIO},
+                                           {ERANGE, CFileException::genericException}};
+  for (const auto& [number, cause] : by_errno) {
+    EXPECT_EQ(cause, CFileException::ErrnoToException(number)) << number;
   }
   CFileException::ThrowOsError(0, L"x");
   CFileException::ThrowErrno(0, L"x");

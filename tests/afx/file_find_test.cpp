@@ -1,10 +1,12 @@
 #include "qorgen/afx/file_find.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
 
@@ -18,36 +20,26 @@ TEST(CFileFind, StepsThroughAFolder) {
   CreateDirectoryW(scratch.Path(L"帳簿"), nullptr);
   SetFileAttributesW(scratch.Path(L"a.txt"), FILE_ATTRIBUTE_READONLY);
 
-  const struct {
-    const wchar_t* name;
-    const wchar_t* title;
-    int dots;
-    int folder;
-    int readOnly;
-    unsigned long long length;
-  } rows[] = {{L".", L".", 1, 1, 0, 0},
-              {L"..", L"..", 1, 1, 0, 0},
-              {L"a.txt", L"a", 0, 0, 1, 0},
-              {L"b.tar.gz", L"b.tar", 0, 0, 0, 5},
-              {L"帳簿", L"帳簿", 0, 1, 0, 0}};
+  using Row = std::tuple<const wchar_t*, const wchar_t*, int, int, int, unsigned long long>;
   CFileFind finder;
   int more = finder.FindFile(scratch.Path(L"*.*"));
   EXPECT_TRUE(more);
   EXPECT_TEXT(L"", finder.GetFileName());
-  for (const auto& row : rows) {
+  for (const auto& [name, title, dots, folder, read_only, length] :
+       Rows(Row(L".", L".", 1, 1, 0, 0), Row(L"..", L"..", 1, 1, 0, 0), Row(L"a.txt", L"a", 0, 0, 1, 0),
+            Row(L"b.tar.gz", L"b.tar", 0, 0, 0, 5), Row(L"帳簿", L"帳簿", 0, 1, 0, 0))) {
     ASSERT_TRUE(more);
     more = finder.FindNextFile();
-    EXPECT_EQ(more, &row - rows != 4);
-    EXPECT_TEXT(row.name, finder.GetFileName());
-    EXPECT_TEXT(row.title, finder.GetFileTitle());
-    EXPECT_TEXT(scratch.Path(row.name), finder.GetFilePath());
-    EXPECT_TEXT(L"file://" + CString(scratch.Path(row.name)), finder.GetFileURL());
-    EXPECT_EQ(finder.IsDots(), row.dots);
-    EXPECT_EQ(finder.IsDirectory(), row.folder);
-    EXPECT_EQ(finder.MatchesMask(FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY),
-              row.folder | row.readOnly);
-    EXPECT_EQ(finder.IsReadOnly(), row.readOnly);
-    EXPECT_EQ(finder.GetLength(), row.length);
+    EXPECT_EQ(more, CString(name) != L"帳簿");
+    EXPECT_TEXT(name, finder.GetFileName());
+    EXPECT_TEXT(title, finder.GetFileTitle());
+    EXPECT_TEXT(scratch.Path(name), finder.GetFilePath());
+    EXPECT_TEXT(L"file://" + CString(scratch.Path(name)), finder.GetFileURL());
+    EXPECT_EQ(finder.IsDots(), dots);
+    EXPECT_EQ(finder.IsDirectory(), folder);
+    EXPECT_EQ(finder.MatchesMask(FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY), folder | read_only);
+    EXPECT_EQ(finder.IsReadOnly(), read_only);
+    EXPECT_EQ(finder.GetLength(), length);
     CTime time;
     EXPECT_TRUE(finder.GetLastWriteTime(time));
     EXPECT_GT(time.GetTime(), 1700000000);

@@ -4,20 +4,10 @@
 
 #include "qorgen/afx/stdio_file.h"
 
+#include "tests/support/throws.h"
+
 namespace qorgen::tests {
 namespace {
-
-template <class Action>
-int CauseOf(Action action) {
-  try {
-    action();
-  } catch (CFileException* thrown) {
-    const int cause = thrown->m_cause;
-    thrown->Delete();
-    return cause;
-  }
-  return CFileException::none;
-}
 
 TEST(FullDisk, IsTheCauseWhereverItShows) {
   constexpr unsigned int kFlags = CFile::modeWrite | CFile::shareDenyNone;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <tuple>
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
@@ -13,26 +14,9 @@
 namespace qorgen::tests {
 namespace {
 
-// The cause of the exception that `action` throws, none if it throws nothing; the object is ended.
-template <class Action>
-int CauseOf(Action action) {
-  try {
-    action();
-  } catch (CFileException* thrown) {
-    const int cause = thrown->m_cause;
-    thrown->Delete();
-    return cause;
-  }
-  return CFileException::none;
-}
-
 TEST(CFile, OpensByItsFlags) {
   ScratchFolder scratch;
-  const struct {
-    unsigned int flags;
-    int causeMissing;
-    const char* remaining;  // of a file that holds "old"
-  } rows[] = {
+  const std::tuple<unsigned int, int, const char*> rows[] = {
       {CFile::modeRead, CFileException::fileNotFound, "old"},
       {CFile::modeWrite, CFileException::fileNotFound, "old"},
       {CFile::modeReadWrite | CFile::shareDenyNone, CFileException::fileNotFound, "old"},
@@ -41,17 +25,17 @@ TEST(CFile, OpensByItsFlags) {
       {CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite, CFileException::none, "old"},
       {CFile::modeCreate | CFile::modeRead, CFileException::none, ""},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.flags);
+  for (const auto& [flags, cause_missing, remaining] : rows) {
+    SCOPED_TRACE(flags);
     DeleteFileW(scratch.Path(L"new"));
     ASSERT_TRUE(PutFile(scratch.Path(L"old"), "old"));
     CFile file;
     CFileException error;
-    EXPECT_EQ(file.Open(scratch.Path(L"new"), row.flags, &error), row.causeMissing == CFileException::none);
-    EXPECT_EQ(error.m_cause, row.causeMissing);
-    EXPECT_TRUE(file.Open(scratch.Path(L"old"), row.flags));
+    EXPECT_EQ(file.Open(scratch.Path(L"new"), flags, &error), cause_missing == CFileException::none);
+    EXPECT_EQ(error.m_cause, cause_missing);
+    EXPECT_TRUE(file.Open(scratch.Path(L"old"), flags));
     file.Close();
-    EXPECT_EQ(GetFile(scratch.Path(L"old")), row.remaining);
+    EXPECT_EQ(GetFile(scratch.Path(L"old")), remaining);
   }
 }
 
@@ -59,12 +43,7 @@ TEST(CFile, FailureNamesCauseNumberAndFile) {
   ScratchFolder scratch;
   ASSERT_TRUE(PutFile(scratch.Path(L"fixed"), "x"));
   SetFileAttributesW(scratch.Path(L"fixed"), FILE_ATTRIBUTE_READONLY);
-  const struct {
-    const wchar_t* path;
-    unsigned int flags;
-    int cause;
-    DWORD number;
-  } rows[] = {
+  const std::tuple<const wchar_t*, unsigned int, int, DWORD> rows[] = {
       {scratch.Path(L"none"), CFile::modeRead, CFileException::fileNotFound, ERROR_FILE_NOT_FOUND},
       {scratch.Path(L"none\\a"), CFile::modeRead, CFileException::badPath, ERROR_PATH_NOT_FOUND},
       {scratch.Path(L""), CFile::modeRead, CFileException::accessDenied, ERROR_ACCESS_DENIED},
@@ -74,14 +53,14 @@ TEST(CFile, FailureNamesCauseNumberAndFile) {
       {L"", CFile::modeRead, CFileException::badPath, ERROR_PATH_NOT_FOUND},
       {nullptr, CFile::modeRead, CFileException::badPath, ERROR_PATH_NOT_FOUND},
   };
-  for (const auto& row : rows) {
+  for (const auto& [path, flags, cause, number] : rows) {
     try {
-      CFile file(row.path, row.flags);
-      ADD_FAILURE() << "opened " << Utf8(row.path);
+      CFile file(path, flags);
+      ADD_FAILURE() << "opened " << Utf8(path);
     } catch (CFileException* thrown) {
-      EXPECT_EQ(thrown->m_cause, row.cause);
-      EXPECT_EQ(thrown->m_lOsError, static_cast<LONG>(row.number));
-      EXPECT_TEXT(row.path != nullptr ? row.path : L"", thrown->m_strFileName);
+      EXPECT_EQ(thrown->m_cause, cause);
+      EXPECT_EQ(thrown->m_lOsError, static_cast<LONG>(number));
+      EXPECT_TEXT(path != nullptr ? path : L"", thrown->m_strFileName);
       thrown->Delete();
     }
   }
@@ -216,13 +195,9 @@ TEST(CFileStatus, IsReadAndSet) {
 
 TEST(CTime, PartsThereAndBack) {
   const CTime time(2023, 12, 31, 23, 59, 58);
-  EXPECT_EQ(time.GetYear(), 2023);
-  EXPECT_EQ(time.GetMonth(), 12);
-  EXPECT_EQ(time.GetDay(), 31);
-  EXPECT_EQ(time.GetHour(), 23);
-  EXPECT_EQ(time.GetMinute(), 59);
-  EXPECT_EQ(time.GetSecond(), 58);
-  EXPECT_EQ(time.GetDayOfWeek(), 1);
+  EXPECT_EQ((std::tuple{2023, 12, 31, 23, 59, 58, 1}),
+            (std::tuple{time.GetYear(), time.GetMonth(), time.GetDay(), time.GetHour(), time.GetMinute(),
+                        time.GetSecond(), time.GetDayOfWeek()}));
   SYSTEMTIME parts;
   ASSERT_TRUE(time.GetAsSystemTime(parts));
   EXPECT_EQ(CTime(parts), time);
@@ -243,10 +218,8 @@ TEST(CTime, PartsThereAndBack) {
   EXPECT_EQ(CTime(early.GetAsFileTime()), early);
   EXPECT_EQ(CTime(INT64_MAX).GetAsFileTime().dwHighDateTime, 0u);
   const CTimeSpan span(-90061);
-  EXPECT_EQ(span.GetDays(), -1);
-  EXPECT_EQ(span.GetHours(), -1);
-  EXPECT_EQ(span.GetMinutes(), -1);
-  EXPECT_EQ(span.GetSeconds(), -1);
+  EXPECT_EQ((std::tuple{-1, -1, -1, -1}),
+            (std::tuple{span.GetDays(), span.GetHours(), span.GetMinutes(), span.GetSeconds()}));
 }
 
 }  // namespace

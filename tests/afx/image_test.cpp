@@ -3,8 +3,10 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "tests/support/rows.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
 
@@ -12,6 +14,7 @@ namespace {
 
 using qorgen::tests::GetFile;
 using qorgen::tests::PutFile;
+using qorgen::tests::Rows;
 using qorgen::tests::Utf8;
 
 unsigned PixelOf(const CImage& image, int x, int y) {
@@ -50,13 +53,10 @@ TEST(ImageTest, new_bitmap_is_black_and_padded) {
     EXPECT_EQ(height > 0 ? -12 : 12, image.GetPitch());
     EXPECT_EQ(0u, PixelOf(image, 2, 1));
   }
-  struct {
-    int width, height, bits;
-  } const refused[] = {{0, 1, 24}, {1, 0, 24}, {-1, 1, 24},
-                       {1, 1, 0},  {1, 1, 40}, {0x7FFFFFFF, 0x7FFFFFFF, 24}};
-  for (const auto& row : refused) {
-    EXPECT_FALSE(image.Create(row.width, row.height, row.bits))
-        << row.width << 'x' << row.height << ' ' << row.bits;
+  const std::tuple<int, int, int> refused[] = {{0, 1, 24}, {1, 0, 24}, {-1, 1, 24},
+                                               {1, 1, 0},  {1, 1, 40}, {0x7FFFFFFF, 0x7FFFFFFF, 24}};
+  for (const auto& [width, row_height, bits] : refused) {
+    EXPECT_FALSE(image.Create(width, row_height, bits)) << width << 'x' << row_height << ' ' << bits;
     EXPECT_TRUE(image.IsNull());
     EXPECT_EQ(0, image.GetWidth());
   }
@@ -64,12 +64,7 @@ TEST(ImageTest, new_bitmap_is_black_and_padded) {
 
 TEST(ImageTest, every_format_there_and_back) {
   qorgen::tests::ScratchFolder folder;
-  struct {
-    const wchar_t* name;
-    int tolerance;
-    int bits;  // of the image read back; 0: either
-    const char* magic;
-  } const rows[] = {
+  const std::tuple<const wchar_t*, int, int, const char*> rows[] = {
       {L"a.png", 0, 24, "\x89PNG"},   {L"a.BMP", 0, 24, "BM"},
       {L"a.dib", 0, 24, "BM"},        {L"a.tiff", 0, 0, ""},
       {L"a.Tif", 0, 0, ""},           {L"a.gif", 0, 8, "GIF8"},
@@ -77,19 +72,19 @@ TEST(ImageTest, every_format_there_and_back) {
   };
   CImage image;
   MakePattern(image, 5, 7);
-  for (const auto& row : rows) {
-    const wchar_t* path = folder.Path(row.name);
-    ASSERT_EQ(S_OK, image.Save(path)) << Utf8(row.name);
+  for (const auto& [name, tolerance, bits, magic] : rows) {
+    const wchar_t* path = folder.Path(name);
+    ASSERT_EQ(S_OK, image.Save(path)) << Utf8(name);
     const std::string bytes = GetFile(path);
-    EXPECT_EQ(row.magic, bytes.substr(0, std::string(row.magic).size())) << Utf8(row.name);
+    EXPECT_EQ(magic, bytes.substr(0, std::string(magic).size())) << Utf8(name);
     // The content decides, not the name.
     ASSERT_TRUE(PutFile(folder.Path(L"b.txt"), bytes));
     CImage back;
-    ASSERT_EQ(S_OK, back.Load(folder.Path(L"b.txt"))) << Utf8(row.name);
+    ASSERT_EQ(S_OK, back.Load(folder.Path(L"b.txt"))) << Utf8(name);
     ASSERT_EQ(5, back.GetWidth());
     ASSERT_EQ(7, back.GetHeight());
-    if (row.bits != 0) {
-      EXPECT_EQ(row.bits, back.GetBPP()) << Utf8(row.name);
+    if (bits != 0) {
+      EXPECT_EQ(bits, back.GetBPP()) << Utf8(name);
     }
     CImage plain;
     ASSERT_TRUE(plain.Create(5, 7, 24));
@@ -100,7 +95,7 @@ TEST(ImageTest, every_format_there_and_back) {
         for (int shift = 0; shift < 24; shift += 8) {
           const int expected = static_cast<int>(PatternAt(x, y) >> shift & 0xFF);
           const int actual = static_cast<int>(PixelOf(plain, x, y) >> shift & 0xFF);
-          EXPECT_LE(std::abs(expected - actual), row.tolerance) << Utf8(row.name) << ' ' << x << ',' << y;
+          EXPECT_LE(std::abs(expected - actual), tolerance) << Utf8(name) << ' ' << x << ',' << y;
         }
       }
     }
@@ -133,36 +128,26 @@ TEST(ImageTest, names_without_an_encoder) {
 }
 
 TEST(ImageTest, rectangle_reaching_outside_leaves_the_rest_alone) {
-  struct {
-    int x, y, width, height, source_x, source_y;
-  } const rows[] = {
-      {0, 0, 4, 4, 0, 0},
-      {0, 0, 4, 4, -2, -1},
-      {0, 0, 4, 4, 2, 3},
-      {1, 2, 9, 9, 0, 0},
-      {-1, -2, 4, 4, 0, 0},
-      {0, 0, 4, 4, 50, 50},
-      {0, 0, 4, 4, -2147483647, 0},
-      {0, 0, 2147483647, 2147483647, 1, 1},
-      {-2147483647, 0, 2147483647, 4, 0, 0},
-  };
+  using Row = std::tuple<int, int, int, int, int, int>;
   CImage source;
   MakePattern(source, 4, 4);
-  for (const auto& row : rows) {
+  for (const auto& [row_x, row_y, width, height, source_x, source_y] :
+       Rows(Row(0, 0, 4, 4, 0, 0), Row(0, 0, 4, 4, -2, -1), Row(0, 0, 4, 4, 2, 3), Row(1, 2, 9, 9, 0, 0),
+            Row(-1, -2, 4, 4, 0, 0), Row(0, 0, 4, 4, 50, 50), Row(0, 0, 4, 4, -2147483647, 0),
+            Row(0, 0, 2147483647, 2147483647, 1, 1), Row(-2147483647, 0, 2147483647, 4, 0, 0))) {
     CImage target;
     ASSERT_TRUE(target.Create(4, 4, 24));
-    ASSERT_TRUE(
-        source.BitBlt(target.GetDC(), row.x, row.y, row.width, row.height, row.source_x, row.source_y));
+    ASSERT_TRUE(source.BitBlt(target.GetDC(), row_x, row_y, width, height, source_x, source_y));
     target.ReleaseDC();
     for (long long y = 0; y < 4; ++y) {
       for (long long x = 0; x < 4; ++x) {
-        const long long from_x = x - row.x + row.source_x;
-        const long long from_y = y - row.y + row.source_y;
-        const bool copied = x >= row.x && x - row.x < row.width && y >= row.y && y - row.y < row.height &&
+        const long long from_x = x - row_x + source_x;
+        const long long from_y = y - row_y + source_y;
+        const bool copied = x >= row_x && x - row_x < width && y >= row_y && y - row_y < height &&
                             from_x >= 0 && from_x < 4 && from_y >= 0 && from_y < 4;
         const unsigned expected = copied ? PatternAt(static_cast<int>(from_x), static_cast<int>(from_y)) : 0;
         EXPECT_EQ(expected, PixelOf(target, static_cast<int>(x), static_cast<int>(y)))
-            << row.x << ',' << row.y << ' ' << row.source_x << ',' << row.source_y << " at " << x << ',' << y;
+            << row_x << ',' << row_y << ' ' << source_x << ',' << source_y << " at " << x << ',' << y;
       }
     }
   }

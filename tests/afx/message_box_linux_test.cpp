@@ -1,22 +1,24 @@
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "qorgen/afx/message_box.h"
 #include "qorgen/platform/message_box.h"
 
+#include "tests/support/rows.h"
+
+using qorgen::tests::Rows;
+
 TEST(MessageBoxWithoutScreen, AnswersTheDefaultButton) {
-  struct Row {
-    unsigned int type;
-    int answer;
-  };
-  for (const Row& row :
-       {Row{MB_OK, IDOK}, Row{MB_OK | MB_DEFBUTTON2, IDOK}, Row{MB_OKCANCEL, IDOK},
-        Row{MB_OKCANCEL | MB_DEFBUTTON2, IDCANCEL}, Row{MB_ABORTRETRYIGNORE, IDABORT},
-        Row{MB_ABORTRETRYIGNORE | MB_DEFBUTTON3, IDIGNORE}, Row{MB_YESNOCANCEL, IDYES},
-        Row{MB_YESNOCANCEL | MB_DEFBUTTON3, IDCANCEL}, Row{MB_YESNO | MB_ICONQUESTION, IDYES},
-        Row{MB_YESNO | MB_DEFBUTTON2, IDNO}, Row{MB_YESNO | MB_DEFBUTTON3, IDYES},
-        Row{MB_RETRYCANCEL | MB_DEFBUTTON2, IDCANCEL}, Row{MB_CANCELTRYCONTINUE, IDCANCEL},
-        Row{MB_CANCELTRYCONTINUE | MB_DEFBUTTON2, IDTRYAGAIN}, Row{0xF, 0}}) {
-    EXPECT_EQ(row.answer, MessageBoxW(nullptr, L"", nullptr, row.type)) << std::hex << row.type;
+  using Row = std::tuple<unsigned int, int>;
+  for (const auto& [type, answer] :
+       Rows(Row(MB_OK, IDOK), Row(MB_OK | MB_DEFBUTTON2, IDOK), Row(MB_OKCANCEL, IDOK),
+            Row(MB_OKCANCEL | MB_DEFBUTTON2, IDCANCEL), Row(MB_ABORTRETRYIGNORE, IDABORT),
+            Row(MB_ABORTRETRYIGNORE | MB_DEFBUTTON3, IDIGNORE), Row(MB_YESNOCANCEL, IDYES),
+            Row(MB_YESNOCANCEL | MB_DEFBUTTON3, IDCANCEL), Row(MB_YESNO | MB_ICONQUESTION, IDYES),
+            Row(MB_YESNO | MB_DEFBUTTON2, IDNO), Row(MB_YESNO | MB_DEFBUTTON3, IDYES),
+            Row(MB_RETRYCANCEL | MB_DEFBUTTON2, IDCANCEL), Row(MB_CANCELTRYCONTINUE, IDCANCEL),
+            Row(MB_CANCELTRYCONTINUE | MB_DEFBUTTON2, IDTRYAGAIN), Row(0xF, 0))) {
+    EXPECT_EQ(answer, MessageBoxW(nullptr, L"", nullptr, type)) << std::hex << type;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <gtest/gtest.h>
+#include <tuple>
 
 TEST(CRect, MeasuresAndMoves) {
   CRect rect(1, 2, 11, 22);
@@ -28,16 +29,15 @@ TEST(CRect, MeasuresAndMoves) {
 
 TEST(CRect, CutsAndJoins) {
   const CRect page(0, 0, 10, 10);
-  struct Row {
-    CRect other, both, around;
-  };
-  for (const Row& row : {Row{CRect(5, 5, 20, 20), CRect(5, 5, 10, 10), CRect(0, 0, 20, 20)},
-                         Row{CRect(2, 3, 4, 5), CRect(2, 3, 4, 5), CRect(0, 0, 10, 10)},
-                         Row{CRect(10, 0, 20, 10), CRect(), CRect(0, 0, 20, 10)},
-                         Row{CRect(5, 5, 5, 9), CRect(), CRect(0, 0, 10, 10)}}) {
-    EXPECT_TRUE((page & row.other) == row.both) << row.other.left;
-    EXPECT_TRUE((page | row.other) == row.around) << row.other.left;
-    EXPECT_TRUE((row.other | page) == row.around) << row.other.left;
+  const std::tuple<CRect, CRect, CRect> rows[] = {
+      {CRect(5, 5, 20, 20), CRect(5, 5, 10, 10), CRect(0, 0, 20, 20)},
+      {CRect(2, 3, 4, 5), CRect(2, 3, 4, 5), CRect(0, 0, 10, 10)},
+      {CRect(10, 0, 20, 10), CRect(), CRect(0, 0, 20, 10)},
+      {CRect(5, 5, 5, 9), CRect(), CRect(0, 0, 10, 10)}};
+  for (const auto& [other, both, around] : rows) {
+    EXPECT_TRUE((page & other) == both) << other.left;
+    EXPECT_TRUE((page | other) == around) << other.left;
+    EXPECT_TRUE((other | page) == around) << other.left;
   }
   CRect result;
   EXPECT_FALSE(result.UnionRect(nullptr, CRect(3, 3, 3, 3)));

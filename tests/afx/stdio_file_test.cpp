@@ -1,6 +1,7 @@
 #include "qorgen/afx/stdio_file.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
@@ -53,7 +54,6 @@ TEST(CStdioFile, ReadsLinesOfEveryLengthAndKind) {
     const CString shared = line;
     for (const std::string& row : rows) {
       ASSERT_EQ(file.ReadString(line), 1);
-      const CString expected(line.GetString(), line.GetLength());
       // Zero characters would end the comparison.
       std::string text;
       for (int i = 0, start = 0; i <= line.GetLength(); ++i) {
@@ -124,10 +124,7 @@ TEST(CStdioFile, PositionsAreByteOffsets) {
 
 TEST(CStdioFile, OpenModes) {
   ScratchFolder scratch;
-  const struct {
-    unsigned int flags;
-    const char* after;  // "X" written where the file was opened, over "old"
-  } rows[] = {
+  const std::tuple<unsigned int, const char*> rows[] = {
       {CFile::modeWrite | CFile::typeBinary, "Xld"},
       {CFile::modeReadWrite | CFile::typeBinary, "Xld"},
       {CFile::modeCreate | CFile::modeWrite | CFile::typeBinary, "X"},
@@ -135,13 +132,13 @@ TEST(CStdioFile, OpenModes) {
       {CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite | CFile::typeText, "Xld"},
       {CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite, "Xld"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [flags, after] : rows) {
     ASSERT_TRUE(PutFile(scratch.Path(L"a"), "old"));
     CStdioFile file;
-    ASSERT_TRUE(file.Open(scratch.Path(L"a"), row.flags)) << row.flags;
+    ASSERT_TRUE(file.Open(scratch.Path(L"a"), flags)) << flags;
     file.Write("X", 1);
     file.Close();
-    EXPECT_EQ(GetFile(scratch.Path(L"a")), row.after) << row.flags;
+    EXPECT_EQ(GetFile(scratch.Path(L"a")), after) << flags;
   }
   // Reading and writing in turn, and a new length.
   CStdioFile file(scratch.Path(L"b"), CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary);
@@ -163,19 +160,16 @@ TEST(CStdioFile, OpenModes) {
 
 TEST(CStdioFile, FailuresHaveTheirCause) {
   ScratchFolder scratch;
-  const struct {
-    const wchar_t* path;
-    int cause;
-  } rows[] = {{scratch.Path(L"none"), CFileException::fileNotFound},
-              {scratch.Path(L"none\\a"), CFileException::badPath},
-              {scratch.Path(L""), CFileException::accessDenied}};
-  for (const auto& row : rows) {
+  const std::tuple<const wchar_t*, int> rows[] = {{scratch.Path(L"none"), CFileException::fileNotFound},
+                                                  {scratch.Path(L"none\\a"), CFileException::badPath},
+                                                  {scratch.Path(L""), CFileException::accessDenied}};
+  for (const auto& [path, cause] : rows) {
     try {
-      CStdioFile file(row.path, CFile::modeRead);
+      CStdioFile file(path, CFile::modeRead);
       ADD_FAILURE();
     } catch (CFileException* thrown) {
-      EXPECT_EQ(thrown->m_cause, row.cause);
-      EXPECT_TEXT(row.path, thrown->m_strFileName);
+      EXPECT_EQ(thrown->m_cause, cause);
+      EXPECT_TEXT(path, thrown->m_strFileName);
       thrown->Delete();
     }
   }

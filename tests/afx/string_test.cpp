@@ -3,14 +3,18 @@
 #include <climits>
 #include <gtest/gtest.h>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/afx/memory.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 #include "tests/support/throws.h"
+
+using qorgen::tests::Rows;
 
 namespace {
 
@@ -198,14 +202,11 @@ TEST(CString, RefusesWhatLiesOutside) {
 
 TEST(CString, PartsAreClampedToTheText) {
   const CString text(L"abcdef");
-  struct Row {
-    int first, count;
-    const wchar_t* mid;
-  };
-  for (const Row& row : {Row{0, 6, L"abcdef"}, Row{2, 2, L"cd"}, Row{4, 9, L"ef"}, Row{4, INT_MAX, L"ef"},
-                         Row{6, 1, L""}, Row{7, 1, L""}, Row{-3, 2, L"ab"}, Row{1, -1, L""},
-                         Row{INT_MAX, INT_MAX, L""}, Row{INT_MIN, INT_MIN, L""}}) {
-    EXPECT_TEXT(row.mid, text.Mid(row.first, row.count)) << row.first << ", " << row.count;
+  const std::tuple<int, int, const wchar_t*> rows[] = {
+      {0, 6, L"abcdef"}, {2, 2, L"cd"},  {4, 9, L"ef"}, {4, INT_MAX, L"ef"},     {6, 1, L""},
+      {7, 1, L""},       {-3, 2, L"ab"}, {1, -1, L""},  {INT_MAX, INT_MAX, L""}, {INT_MIN, INT_MIN, L""}};
+  for (const auto& [first, count, mid] : rows) {
+    EXPECT_TEXT(mid, text.Mid(first, count)) << first << ", " << count;
   }
   EXPECT_TEXT(L"cdef", text.Mid(2));
   EXPECT_TEXT(L"ab", text.Left(2));
@@ -221,44 +222,33 @@ TEST(CString, PartsAreClampedToTheText) {
 }
 
 TEST(CString, TokenizePassesOverEmptyPieces) {
-  struct Row {
-    const wchar_t* text;
-    const wchar_t* separators;
-    std::vector<const wchar_t*> pieces;
-  };
-  const Row rows[] = {{L"a,b;;c", L",;", {L"a", L"b", L"c"}},
-                      {L",,a", L",", {L"a"}},
-                      {L"a,", L",", {L"a"}},
-                      {L"", L",", {}},
-                      {L",,", L",", {}},
-                      {L"a b", kNull, {L"a b"}},
-                      {L"一、二", L"、", {L"一", L"二"}}};
-  for (const Row& row : rows) {
-    const CString text(row.text);
+  using Row = std::tuple<const wchar_t*, const wchar_t*, std::vector<const wchar_t*>>;
+  for (const auto& [row_text, separators, row_pieces] :
+       Rows(Row(L"a,b;;c", L",;", {L"a", L"b", L"c"}), Row(L",,a", L",", {L"a"}), Row(L"a,", L",", {L"a"}),
+            Row(L"", L",", {}), Row(L",,", L",", {}), Row(L"a b", kNull, {L"a b"}),
+            Row(L"一、二", L"、", {L"一", L"二"}))) {
+    const CString text(row_text);
     int start = 0;
     std::vector<std::string> pieces;
-    for (CString piece = text.Tokenize(row.separators, start); start != -1;
-         piece = text.Tokenize(row.separators, start)) {
+    for (CString piece = text.Tokenize(separators, start); start != -1;
+         piece = text.Tokenize(separators, start)) {
       pieces.push_back(qorgen::tests::Utf8(piece));
     }
     std::vector<std::string> expected;
-    for (const wchar_t* piece : row.pieces) expected.push_back(qorgen::tests::Utf8(piece));
-    EXPECT_EQ(expected, pieces) << qorgen::tests::Utf8(row.text);
+    for (const wchar_t* piece : row_pieces) expected.push_back(qorgen::tests::Utf8(piece));
+    EXPECT_EQ(expected, pieces) << qorgen::tests::Utf8(row_text);
   }
 }
 
 TEST(CString, SearchesFromAPosition) {
   const CString text(L"金額と金種と金");
-  struct Row {
-    const wchar_t* wanted;
-    int start, found;
-  };
-  for (const Row& row : {Row{L"金", 0, 0}, Row{L"金", 1, 3}, Row{L"金", 4, 6}, Row{L"金", 7, -1},
-                         Row{L"金", 8, -1}, Row{L"金", -1, -1}, Row{L"金種", 0, 3}, Row{L"金銭", 0, -1},
-                         Row{L"と金と", 0, -1}, Row{L"", 3, 3}, Row{L"", 7, 7}, Row{kNull, 0, -1}}) {
-    EXPECT_EQ(row.found, text.Find(row.wanted, row.start)) << row.start;
-    if (row.wanted != nullptr && CString::StringLength(row.wanted) == 1) {
-      EXPECT_EQ(row.found, text.Find(row.wanted[0], row.start)) << row.start;
+  const std::tuple<const wchar_t*, int, int> rows[] = {
+      {L"金", 0, 0},   {L"金", 1, 3},    {L"金", 4, 6},      {L"金", 7, -1}, {L"金", 8, -1}, {L"金", -1, -1},
+      {L"金種", 0, 3}, {L"金銭", 0, -1}, {L"と金と", 0, -1}, {L"", 3, 3},    {L"", 7, 7},    {kNull, 0, -1}};
+  for (const auto& [wanted, start, found] : rows) {
+    EXPECT_EQ(found, text.Find(wanted, start)) << start;
+    if (wanted != nullptr && CString::StringLength(wanted) == 1) {
+      EXPECT_EQ(found, text.Find(wanted[0], start)) << start;
     }
   }
   EXPECT_EQ(6, text.ReverseFind(L'金'));
@@ -270,21 +260,19 @@ TEST(CString, SearchesFromAPosition) {
 }
 
 TEST(CString, ComparesUnitsByValue) {
-  struct Row {
-    const wchar_t *left, *right;
-    int order;
-  };
-  for (const Row& row : {Row{L"", L"", 0}, Row{L"a", L"", 1}, Row{L"", L"a", -1}, Row{L"ab", L"abc", -1},
-                         Row{L"abd", L"abc", 1}, Row{L"\xFFFF", L"a", 1}, Row{L"\xD840\xDC0B", L"\xFF01", -1},
-                         Row{L"", kNull, 0}, Row{L"a", kNull, 1}}) {
-    const CString left(row.left);
-    const CString right(row.right);
-    EXPECT_EQ(row.order, Sign(left.Compare(row.right)));
-    EXPECT_EQ(row.order < 0, left < right);
-    EXPECT_EQ(row.order == 0, left == right);
-    EXPECT_EQ(row.order != 0, left != row.right);
-    EXPECT_EQ(row.order > 0, row.right < left);
-    EXPECT_EQ(row.order >= 0, left >= row.right);
+  using Row = std::tuple<const wchar_t*, const wchar_t*, int>;
+  for (const auto& [row_left, row_right, order] :
+       Rows(Row(L"", L"", 0), Row(L"a", L"", 1), Row(L"", L"a", -1), Row(L"ab", L"abc", -1),
+            Row(L"abd", L"abc", 1), Row(L"\xFFFF", L"a", 1), Row(L"\xD840\xDC0B", L"\xFF01", -1),
+            Row(L"", kNull, 0), Row(L"a", kNull, 1))) {
+    const CString left(row_left);
+    const CString right(row_right);
+    EXPECT_EQ(order, Sign(left.Compare(row_right)));
+    EXPECT_EQ(order < 0, left < right);
+    EXPECT_EQ(order == 0, left == right);
+    EXPECT_EQ(order != 0, left != row_right);
+    EXPECT_EQ(order > 0, row_right < left);
+    EXPECT_EQ(order >= 0, left >= row_right);
   }
   EXPECT_FALSE(WithTerminatorInside() == CString(L"ab"));
   EXPECT_GT(WithTerminatorInside(), CString(L"ab"));
@@ -294,16 +282,15 @@ TEST(CString, ComparesUnitsByValue) {
 }
 
 TEST(CString, CaseNeedsNoLocale) {
-  struct Row {
-    const wchar_t *upper, *lower;
-  };
-  for (const Row& row : {Row{L"AZ09[`", L"az09[`"}, Row{L"ＡＺ", L"ａｚ"}, Row{L"ΑΩΣ", L"αωσ"},
-                         Row{L"АЯЁ", L"аяё"}, Row{L"ÀÞŸ", L"àþÿ"}, Row{L"ĀŽ", L"āž"}, Row{L"ⅠⅫ", L"ⅰⅻ"},
-                         Row{L"ⒶⓏ", L"ⓐⓩ"}, Row{L"漢字かなカナ×÷ß", L"漢字かなカナ×÷ß"}}) {
-    EXPECT_TEXT(row.upper, CString(row.lower).MakeUpper());
-    EXPECT_TEXT(row.lower, CString(row.upper).MakeLower());
-    EXPECT_EQ(0, CString(row.upper).CompareNoCase(row.lower));
-    EXPECT_GT(CString(row.upper).CompareNoCase(kNull), 0);
+  const std::tuple<const wchar_t*, const wchar_t*> rows[] = {
+      {L"AZ09[`", L"az09[`"}, {L"ＡＺ", L"ａｚ"}, {L"ΑΩΣ", L"αωσ"},
+      {L"АЯЁ", L"аяё"},       {L"ÀÞŸ", L"àþÿ"},   {L"ĀŽ", L"āž"},
+      {L"ⅠⅫ", L"ⅰⅻ"},         {L"ⒶⓏ", L"ⓐⓩ"},     {L"漢字かなカナ×÷ß", L"漢字かなカナ×÷ß"}};
+  for (const auto& [row_upper, lower] : rows) {
+    EXPECT_TEXT(row_upper, CString(lower).MakeUpper());
+    EXPECT_TEXT(lower, CString(row_upper).MakeLower());
+    EXPECT_EQ(0, CString(row_upper).CompareNoCase(lower));
+    EXPECT_GT(CString(row_upper).CompareNoCase(kNull), 0);
   }
   EXPECT_TEXT(L"Σ", CString(L"ς").MakeUpper());
   EXPECT_LT(CString(L"B").CompareNoCase(L"c"), 0);
@@ -340,18 +327,15 @@ TEST(CString, EditsInPlace) {
   EXPECT_EQ(0, text.Remove(L'e'));
   EXPECT_TEXT(L"dcb", text);
 
-  struct Row {
-    const wchar_t *text, *from, *to;
-    int count;
-    const wchar_t* result;
-  };
-  for (const Row& row : {Row{L"aXbX", L"X", L"--", 2, L"a--b--"}, Row{L"aaa", L"aa", L"b", 1, L"ba"},
-                         Row{L"a,b", L",", kNull, 1, L"ab"}, Row{L"abc", L"", L"x", 0, L"abc"},
-                         Row{L"abc", kNull, L"x", 0, L"abc"}, Row{L"abc", L"abcd", L"x", 0, L"abc"},
-                         Row{L"\r\n\r\n", L"\r\n", L"\n", 2, L"\n\n"}, Row{L"xx", L"x", L"", 2, L""}}) {
-    CString edited(row.text);
-    EXPECT_EQ(row.count, edited.Replace(row.from, row.to));
-    EXPECT_TEXT(row.result, edited);
+  const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, int, const wchar_t*> rows[] = {
+      {L"aXbX", L"X", L"--", 2, L"a--b--"},      {L"aaa", L"aa", L"b", 1, L"ba"},
+      {L"a,b", L",", kNull, 1, L"ab"},           {L"abc", L"", L"x", 0, L"abc"},
+      {L"abc", kNull, L"x", 0, L"abc"},          {L"abc", L"abcd", L"x", 0, L"abc"},
+      {L"\r\n\r\n", L"\r\n", L"\n", 2, L"\n\n"}, {L"xx", L"x", L"", 2, L""}};
+  for (const auto& [row_text, from, to, count, result] : rows) {
+    CString edited(row_text);
+    EXPECT_EQ(count, edited.Replace(from, to));
+    EXPECT_TEXT(result, edited);
   }
   text = L"a/b/c";
   EXPECT_EQ(2, text.Replace(L'/', L'\\'));

@@ -7,22 +7,6 @@
 #include "tests/support/text.h"
 #include "tests/support/throws.h"
 
-namespace {
-
-CString WithList(CString text, bool append, const wchar_t* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  if (append) {
-    text.AppendFormatV(format, arguments);
-  } else {
-    text.FormatV(format, arguments);
-  }
-  va_end(arguments);
-  return text;
-}
-
-}  // namespace
-
 TEST(CStringFormat, FollowsTheWideRules) {
   const CString name(L"売掛金");
   const wchar_t* const pointer = L"現金";
@@ -60,11 +44,6 @@ TEST(CStringFormat, LengthIsOnlyBoundByMemory) {
   EXPECT_EQ(200002, text.GetLength());
   EXPECT_EQ(L'>', text[200001]);
   EXPECT_TEXT(L"<", copy);
-}
-
-TEST(CStringFormat, TakesArgumentLists) {
-  EXPECT_TEXT(L"7 days", WithList(L"former", false, L"%d %s", 7, L"days"));
-  EXPECT_TEXT(L"former7 days", WithList(L"former", true, L"%d %s", 7, L"days"));
 }
 
 TEST(CStringFormat, RefusesANullFormatAndKeepsTheText) {

@@ -22,8 +22,7 @@ void SetJapaneseLocale() {
   _wsetlocale(LC_ALL, L"japanese");
 }
 
-// Decodes a line up to its first NUL byte. The terminator is converted with it: a lone lead byte takes it
-// along and is lost, as at every end of a text. Throws CMemoryException* and leaves `line` as it was.
+// Decodes a line up to its first NUL byte. Throws CMemoryException* and leaves `line` as it was.
 void Decode(const char* bytes, std::size_t length, CString& line) {
   if (const void* nul = std::memchr(bytes, 0, length)) {
     length = static_cast<std::size_t>(static_cast<const char*>(nul) - bytes);

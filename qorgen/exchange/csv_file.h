@@ -43,8 +43,8 @@ class QORGEN_API CQorCSVFile : public CStdioFile {
   // Reads the next line, without its line ending, up to its first NUL byte: 1, or 0 at the end of the file
   // and without an open file, with `line` as it was. A last line without a line ending counts. If there is no
   // memory for the line, it is passed over: the result is 1 and `line` stays as it was. Bytes that aren't
-  // text become what MultiByteToWideChar makes of them; a lone lead byte at the end of a line is lost. A
-  // failing read throws CFileException*, so that an import can't end early unnoticed.
+  // text become what MultiByteToWideChar makes of them; a character cut off at the end of a line shows as
+  // U+30FB. A failing read throws CFileException*, so that an import can't end early unnoticed.
   int ReadString(CString& line) override;
 
  public:

@@ -28,9 +28,9 @@ inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
 //
 // 932 never yields more units than bytes, and neither does UTF-8: a caller with a buffer of `bytes` units can
 // leave the sizing call out. What isn't a character of 932 (a lead byte with a byte that can't follow it, an
-// unassigned pair) takes two bytes and becomes U+30FB; a lead byte without a second one (at the very end, or
-// before a zero byte, which it takes along) becomes U+0000, so that a text which was cut inside a character
-// ends before it. In UTF-8 each longest prefix of a possible character, or else each byte, becomes U+FFFD.
+// unassigned pair) takes two bytes and becomes U+30FB; so does a lead byte without a second one (at the very
+// end, or before a zero byte, which stays), alone. In UTF-8 each longest prefix of a possible character, or
+// else each byte, becomes U+FFFD.
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* source, int bytes, wchar_t* text, int units);
 
 // Encodes `units` units, or a terminated text with its terminator when `units` is negative. Results and

@@ -93,7 +93,7 @@ TEST(CsvFile, DecodesLegacyBytes) {
       {"\x81\x5C\x83\x5C,\x5C\n", {"―ソ,\\"}},  // trail bytes that look like a backslash
       {"a\r\r\nb\n", {"a", "b"}},               // all carriage returns in front of the line feed go
       {"a\r", {"a\r"}},                         // a last line stays as it is
-      {"a\x93\nb\x93", {"a", "b"}},             // half a character at the end of a line is lost
+      {"a\x93\nb\x93", {"a・", "b・"}},         // half a character at the end of a line shows
       {"a\x81\x20,b\n", {"a・,b"}},             // not a pair
       {Repeat("x", 1022) + "\x93\xFA\n", {Repeat("x", 1022) + "日"}},  // across the reader's pieces
       {Repeat("\x93\xFA", 5000) + "x", {Repeat("日", 5000) + "x"}},

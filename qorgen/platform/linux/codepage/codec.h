@@ -14,6 +14,7 @@ namespace qorgen::platform {
 struct Progress {
   std::size_t read = 0;
   std::size_t written = 0;
+  bool lone_lead = false;  // the last unit stands for a lead byte of 932 at the very end
 };
 
 // ---- code page 932 ----

@@ -62,8 +62,9 @@ Progress DecodeRun(const Tables932& tables, const unsigned char* source, std::si
     }
 #endif
     while (end - at >= 2 && IsLead932(*at)) {
-      *out++ = DecodePair932(tables, at[0], at[1]);
-      at += 2;
+      const wchar_t unit = DecodePair932(tables, at[0], at[1]);
+      *out++ = unit != 0 ? unit : kUnassigned932;
+      at += unit != 0 ? 2 : 1;
     }
     if (at == end || (end - at == 1 && IsLead932(*at))) break;
 #if defined(__SSE2__)
@@ -88,13 +89,10 @@ Progress Decode932(const unsigned char* source, std::size_t bytes, wchar_t* text
     total.written += run.written;
     if (run.read != 0) continue;
     // A lead byte alone in what is left, or the last pair for the last unit of room.
-    if (left >= 2) {
-      text[total.written++] = DecodePair932(tables, source[total.read], source[total.read + 1]);
-      total.read += 2;
-    } else {
-      text[total.written++] = DecodePair932(tables, source[total.read], 0);
-      total.read += 1;
-    }
+    const wchar_t unit = left >= 2 ? DecodePair932(tables, source[total.read], source[total.read + 1]) : 0;
+    text[total.written++] = unit != 0 ? unit : kUnassigned932;
+    total.read += unit != 0 ? 2 : 1;
+    total.lone_lead = left == 1;
   }
   return total;
 }
@@ -114,7 +112,7 @@ std::size_t Count932(const unsigned char* source, std::size_t bytes) {
     }
 #endif
     while (at < end && IsLead932(*at)) {
-      at += end - at >= 2 ? 2 : 1;
+      at += end - at >= 2 && at[1] != 0 ? 2 : 1;
       ++units;
     }
     if (at < end && !IsLead932(*at)) {

@@ -61,7 +61,7 @@ wchar_t ConvertPair(iconv_t converter, unsigned lead, unsigned trail) {
 void FillPairs(Tables932& tables) {
   tables.pair.fill(kUnassigned932);
   for (unsigned lead = 0x81; lead <= 0xFC; ++lead) {
-    // A lead byte that meets the terminator is lost with it, as on the platform.
+    // The mark of a lead byte before a zero byte, which stands for itself.
     if (IsLead932(static_cast<unsigned char>(lead))) tables.pair[lead] = 0;
   }
   const iconv_t converter = iconv_open("UTF-16LE", "CP932");

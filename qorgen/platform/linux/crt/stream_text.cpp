@@ -148,13 +148,9 @@ void DecodeRun(Reader& reader, const unsigned char* at, size_t bytes, bool whole
   size_t used = bytes;
   const Progress progress = Decode932(at, bytes, out, bytes);
   reader.length += progress.written;
-  if (out[progress.written - 1] == 0 && at[bytes - 1] != 0) {
-    if (whole) {
-      out[progress.written - 1] = kUnassigned932;
-    } else {
-      --reader.length;
-      --used;
-    }
+  if (progress.lone_lead && !whole) {
+    --reader.length;
+    --used;
   }
   Skip(reader.stream, used);
   if (used == 0) ReadPair932(reader);

@@ -4,6 +4,9 @@
 # What each purpose needs: a Debian package a word.
 packages_build='g++ cmake ninja-build pkg-config libglib2.0-dev libgd-dev libssl-dev'
 packages_test='googletest clang-format-14 binutils'
+# For Windows: the cross compiler, the 64-bit Wine alone (no second architecture), and the sources of the Japanese locale.
+packages_windows='g++-mingw-w64-x86-64-posix cmake ninja-build wine64 locales'
+packages_windows_test='googletest'
 
 # install_missing PURPOSE...: installs the packages of the named purposes that this machine lacks.
 install_missing() {

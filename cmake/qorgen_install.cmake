@@ -34,7 +34,30 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/qorgen-config-version.cma
 install(FILES ${PROJECT_BINARY_DIR}/qorgen-config.cmake ${PROJECT_BINARY_DIR}/qorgen-config-version.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/qorgen)
 
-if(NOT WIN32)
+if(WIN32)
+  # The compiler's run-time libraries are shared by the library and its clients: that is how an exception thrown in one
+  # is caught by class in the other.
+  foreach(runtime libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${runtime}
+                    OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
+    file(REAL_PATH "${file}" file)
+    install(FILES ${file} DESTINATION ${CMAKE_INSTALL_BINDIR})
+  endforeach()
+else()
   configure_file(${PROJECT_SOURCE_DIR}/cmake/qorgen.pc.in ${PROJECT_BINARY_DIR}/qorgen.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/qorgen.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()
+
+# cpack: an archive of what is installed.
+if(PROJECT_IS_TOP_LEVEL)
+  set(CPACK_PACKAGE_VENDOR qorGen)
+  string(TOLOWER "${CMAKE_SYSTEM_NAME}" system)
+  set(CPACK_PACKAGE_FILE_NAME qorgen-${PROJECT_VERSION}-${system}-${CMAKE_SYSTEM_PROCESSOR})
+  if(WIN32)
+    set(CPACK_GENERATOR ZIP)
+  else()
+    set(CPACK_GENERATOR TGZ)
+  endif()
+  set(CPACK_STRIP_FILES ON)
+  include(CPack)
 endif()

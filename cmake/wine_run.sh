@@ -19,6 +19,8 @@ wine=(env "LOCPATH=$locales" LANG=ja_JP.UTF-8 LC_ALL=ja_JP.UTF-8 /usr/lib/wine/w
 runtime=$(dirname "$("$compiler" -print-file-name=libstdc++-6.dll)")
 threads=$(dirname "$("$compiler" -print-file-name=libwinpthread-1.dll)")
 export WINEPATH="Z:$runtime;Z:$threads;Z:$(dirname "$home")/qorgen"
+# A packaged program brings its own.
+[ -z "${QORGEN_WINE_ALONE-}" ] || unset WINEPATH
 
 mkdir -p "$home"
 (

@@ -3,8 +3,11 @@
 set(checks ${CMAKE_CURRENT_SOURCE_DIR}/checks)
 add_test(NAME check_layers COMMAND ${checks}/layers.sh ${PROJECT_SOURCE_DIR})
 add_test(NAME check_import_example COMMAND ${checks}/import_example.sh $<TARGET_FILE:qorgen_import_example>
-                                           ${PROJECT_SOURCE_DIR})
-if(NOT QORGEN_SANITIZE)
+                                           ${PROJECT_SOURCE_DIR} ${CMAKE_CROSSCOMPILING_EMULATOR})
+if(WIN32)
+  add_test(NAME check_exports COMMAND ${checks}/exports.sh $<TARGET_FILE:qorgen>)
+  add_test(NAME check_package COMMAND ${checks}/package_windows.sh ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+elseif(NOT QORGEN_SANITIZE)
   add_test(NAME check_wide_symbols COMMAND ${checks}/wide_symbols.sh $<TARGET_FILE:qorgen>)
   add_test(NAME check_format COMMAND ${checks}/format.sh ${PROJECT_SOURCE_DIR})
   add_test(NAME check_package COMMAND ${checks}/package.sh ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}

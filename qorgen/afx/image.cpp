@@ -1,5 +1,6 @@
 #include "qorgen/afx/image.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -228,7 +229,16 @@ BOOL CImage::BitBlt(HDC target, int x, int y, int width, int height, int sourceX
                     DWORD operation) const {
   const HDC source = GetDC();
   if (source == nullptr) return FALSE;
-  const BOOL copied = ::BitBlt(target, x, y, width, height, source, sourceX, sourceY, operation);
+  // Nothing beyond this image is copied, and a rectangle far larger than any bitmap overflows the service's
+  // sums.
+  const auto clipped = [](int length, int from, int size) {
+    return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{size} - from, 0, length < 0 ? 0 : length));
+  };
+  const int wide = clipped(width, sourceX, m_width);
+  const int high = clipped(height, sourceY, m_height);
+  const bool outside = width > 0 && height > 0 && (wide == 0 || high == 0);
+  const BOOL copied =
+      outside ? target != nullptr : ::BitBlt(target, x, y, wide, high, source, sourceX, sourceY, operation);
   ReleaseDC();
   return copied;
 }

@@ -170,7 +170,7 @@ void CStdioFile::Write(const void* lpBuf, unsigned int nCount) {
 
 void CStdioFile::WriteString(const wchar_t* lpsz) {
   FILE* stream = OpenStream();
-  if (lpsz != nullptr && fputws(lpsz, stream) < 0) ThrowErrno();
+  if (lpsz != nullptr && fputws(lpsz, stream) == static_cast<int>(WEOF)) ThrowErrno();
 }
 
 wchar_t* CStdioFile::ReadString(wchar_t* lpsz, unsigned int nMax) {

@@ -187,6 +187,8 @@ int CQorUTF8CSVFile::ReadString(CString& line) {
     while (length != 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r')) --length;
     line.Truncate(length);
   }
+  constexpr wchar_t kByteOrderMark = 0xFEFF;
+  if (length != 0 && line[0] == kByteOrderMark) line.Delete(0, 1);
   return result;
 }
 

@@ -4,9 +4,12 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
+#include <system_error>
 
 #include "qorgen/numeric/num_util.h"
 
@@ -50,7 +53,14 @@ double Tolerance(double magnitude) {
 double PowerOfTen(long power) {
   if (power >= 0 && power <= 22) return kPowersOfTen[static_cast<std::size_t>(power)];
   if (power < 0 && power >= -22) return kNegativePowersOfTen[static_cast<std::size_t>(-power)];
-  return std::pow(10.0, static_cast<double>(power));
+  // Correctly rounded on every host, which a runtime's pow isn't.
+  char text[24] = "1e";
+  const auto written = std::to_chars(text + 2, std::end(text), power);
+  double value = 0;
+  const auto read = std::from_chars(text, written.ptr, value);
+  if (read.ec == std::errc::result_out_of_range)
+    return power > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+  return value;
 }
 
 double RoundMagnitude(double magnitude, int mode) {

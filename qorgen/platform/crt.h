@@ -21,12 +21,43 @@
 #include "qorgen/platform/types.h"
 
 #if defined(_WIN32)
+#include <fcntl.h>
 #include <io.h>
 #include <mbctype.h>
 #include <mbstring.h>
 #include <wchar.h>
+
+// What the runtime that mingw-w64 links does by the locale, lacks, or has under other rules in the headers of
+// mingw-w64. The contracts are those of the declarations below.
+wint_t qorgen_towupper(wint_t unit);
+wint_t qorgen_towlower(wint_t unit);
+int qorgen_wcsicmp(const wchar_t* left, const wchar_t* right);
+int qorgen_wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count);
+wchar_t* qorgen_wcsupr(wchar_t* text);
+wchar_t* qorgen_wcslwr(wchar_t* text);
+int qorgen_ismbbprint(unsigned int value);
+int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
+int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
+int qorgen_fwprintf(FILE* stream, const wchar_t* format, ...);
+int qorgen_vfwprintf(FILE* stream, const wchar_t* format, va_list arguments);
+size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, const struct tm* time);
+
+#define towupper qorgen_towupper
+#define towlower qorgen_towlower
+#define _wcsicmp qorgen_wcsicmp
+#define _wcsnicmp qorgen_wcsnicmp
+#define _wcsupr qorgen_wcsupr
+#define _wcslwr qorgen_wcslwr
+#define _ismbbprint qorgen_ismbbprint
+#define swprintf qorgen_swprintf
+#define vswprintf qorgen_vswprintf
+#define fwprintf qorgen_fwprintf
+#define vfwprintf qorgen_vfwprintf
+#define wcsftime qorgen_wcsftime
 #else
 
+#define _O_TEXT 0x4000
+#define _O_BINARY 0x8000
 #define _MAX_PATH 260
 #define _MAX_DRIVE 3
 #define _MAX_DIR 256

@@ -9,6 +9,7 @@
 #include "tests/support/rows.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace {
 
@@ -80,7 +81,14 @@ TEST(ImageTest, every_format_there_and_back) {
     // The content decides, not the name.
     ASSERT_TRUE(PutFile(folder.Path(L"b.txt"), bytes));
     CImage back;
-    ASSERT_EQ(S_OK, back.Load(folder.Path(L"b.txt"))) << Utf8(name);
+    if (bits == 8) {
+      // Wine's own encoder writes a picture that its decoder doesn't take.
+      const HRESULT loaded = back.Load(folder.Path(L"b.txt"));
+      EXPECT_TRUE(qorgen::tests::HoldsExceptOnWine(loaded == S_OK)) << Utf8(name);
+      if (loaded != S_OK) continue;
+    } else {
+      ASSERT_EQ(S_OK, back.Load(folder.Path(L"b.txt"))) << Utf8(name);
+    }
     ASSERT_EQ(5, back.GetWidth());
     ASSERT_EQ(7, back.GetHeight());
     if (bits != 0) {
@@ -168,9 +176,12 @@ TEST(ImageTest, files_cut_at_every_length_do_no_harm) {
     ASSERT_EQ(S_OK, image.Save(folder.Path(name)));
     const std::string whole = GetFile(folder.Path(name));
     for (std::size_t length = 0; length < whole.size(); length += 1 + length / 64) {
-      ASSERT_TRUE(PutFile(folder.Path(L"cut"), whole.substr(0, length)));
+      // A name of its own each: Wine keeps a file open that it could not decode.
+      CString cut_name;
+      cut_name.Format(L"cut%d%s", static_cast<int>(length), name);
+      ASSERT_TRUE(PutFile(folder.Path(cut_name), whole.substr(0, length)));
       CImage cut;
-      const HRESULT result = cut.Load(folder.Path(L"cut"));
+      const HRESULT result = cut.Load(folder.Path(cut_name));
       EXPECT_EQ(result != S_OK, cut.IsNull()) << Utf8(name) << ' ' << length;
     }
   }

@@ -6,6 +6,7 @@
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
+#include "qorgen/platform/locale.h"
 
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
@@ -16,7 +17,15 @@ namespace {
 
 constexpr unsigned int kCreateText = CFile::modeCreate | CFile::modeWrite | CFile::typeText;
 
+// On Windows the streams of a process that has set no locale know ASCII alone.
+class JapaneseLocale {
+ public:
+  JapaneseLocale() { _wsetlocale(LC_ALL, L"japanese"); }
+  ~JapaneseLocale() { _wsetlocale(LC_ALL, L"C"); }
+};
+
 TEST(CStdioFile, WritesTextWithCrLfInTheAnsiCodePage) {
+  const JapaneseLocale locale;
   ScratchFolder scratch;
   CStdioFile file(scratch.Path(L"a.txt"), kCreateText);
   file.WriteString(L"仕訳\nｱ\n");
@@ -103,6 +112,7 @@ TEST(CStdioFile, BufferFormOfReadString) {
 }
 
 TEST(CStdioFile, PositionsAreByteOffsets) {
+  const JapaneseLocale locale;
   ScratchFolder scratch;
   ASSERT_TRUE(PutFile(scratch.Path(L"a"), "\x8E\x64\r\nsecond\r\n"));
   CStdioFile file(scratch.Path(L"a"), CFile::modeRead);

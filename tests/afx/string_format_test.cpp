@@ -17,6 +17,7 @@ TEST(CStringFormat, FollowsTheWideRules) {
               -(1LL << 40));
   EXPECT_TEXT(L"-1|   +2|3    |00004|4000000000|ab|CD|1099511627776|-1099511627776", text);
   text.Format(L"%.2f|%8.3f|%e|%g|%*d|%.*s|%%", 1.005, -2.5, 12345.678, 0.0001, 6, 42, 2, L"abcdef");
+  text.Replace(L"e+004", L"e+04");  // the older of the platform's runtimes write three digits
   EXPECT_TEXT(L"1.00|  -2.500|1.234568e+04|0.0001|    42|ab|%", text);
   text.Format(L"");
   EXPECT_TRUE(text.IsEmpty());

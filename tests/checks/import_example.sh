@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The import example as a user meets it: what it prints, its exit status, and one sentence for every way to go wrong.
-# Usage: import_example.sh PROGRAM TOP_OF_TREE
+# Usage: import_example.sh PROGRAM TOP_OF_TREE [LAUNCHER]
 set -uo pipefail
-program=$1 folder=$2/examples/import
+program=(${3+"$3"} "$1") folder=$2/examples/import
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 bad=0
@@ -12,7 +12,7 @@ bad=0
 expect() {
   local status=$1 last=$2
   shift 2
-  "$program" "$@" >"$work/out" 2>"$work/err" </dev/null
+  "${program[@]}" "$@" >"$work/out" 2>"$work/err" </dev/null
   local got=$?
   if [ $got != "$status" ] || [ "$(tail -n 1 "$work/out")" != "$last" ] ||
     { [ "$status" = 0 ] && [ -s "$work/err" ]; } || { [ "$status" = 1 ] && [ ! -s "$work/err" ]; }; then
@@ -25,6 +25,8 @@ expect() {
 says() { grep -qF -- "$1" "$work/err" "$work/out" || { echo "missing: $1"; cat "$work/err"; bad=1; }; }
 
 expect 0 'rows=375 ok=353 error=14 skip=8' "$folder/ledger.csv" --columns "$folder/ledger.columns"
+# The same bytes on every host.
+cmp "$work/out" "$2/tests/data/ledger_import.txt" || bad=1
 says '   4         1  R.06/04/01  消耗品費    1,400,000                       有限会社青空文具  コピー用紙, 封筒'
 says 'line 249: 241,25/11/2024,"現金預金及び当座借越残高",9999999999999,'
 says '    借方科目:文字列の長さが範囲を超えています。'

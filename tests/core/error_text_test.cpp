@@ -6,6 +6,7 @@
 #include "qorgen/platform/error.h"
 
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace {
 
@@ -73,7 +74,8 @@ TEST(ErrorText, TheWebTransportHasTextsOfItsOwn) {
   constexpr unsigned long kCannotConnect = 12029;
   const CString text = SystemText(kCannotConnect);
   EXPECT_FALSE(text.IsEmpty());
-  EXPECT_FALSE(StartsWith(text, L"***")) << Utf8(text);
+  // Wine's module has no table.
+  EXPECT_TRUE(qorgen::tests::HoldsExceptOnWine(!StartsWith(text, L"***"))) << Utf8(text);
   EXPECT_TEXT(text, CGenUtil::GetLastErrorMessage(kCannotConnect, L"winhttp.dll", 1));
   EXPECT_TRUE(StartsWith(CGenUtil::GetLastErrorMessage(kCannotConnect, nullptr, 1), L"***"));
 }

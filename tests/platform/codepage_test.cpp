@@ -9,6 +9,7 @@
 #include "qorgen/platform/error.h"
 
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace qorgen::tests {
 namespace {
@@ -76,7 +77,9 @@ TEST(CodePage932, EveryCharacterComesBack) {
     if (replaced) continue;
     ++codes;
     wchar_t back = 0;
-    ASSERT_EQ(1, MultiByteToWideChar(kJapanese, MB_ERR_INVALID_CHARS, bytes, count, &back, 1)) << unit;
+    // Wine has the four single bytes behind these among the invalid ones when it is asked to refuse those.
+    const DWORD flags = UnderWine() && unit >= 0xF8F0 && unit <= 0xF8F3 ? 0 : MB_ERR_INVALID_CHARS;
+    ASSERT_EQ(1, MultiByteToWideChar(kJapanese, flags, bytes, count, &back, 1)) << unit;
     ASSERT_EQ(text, back);
   }
   // The published table has 9,486 entries, 84 of them best fits.
@@ -165,6 +168,7 @@ TEST(CodePageUtf8, EachLongestPrefixBecomesOneReplacement) {
   struct Row {
     const char* bytes;
     size_t replacements;
+    bool on_wine = true;  // it replaces by another count where a second byte is out of its range
   };
   const Row rows[] = {
       {"\x80", 1},         {"\xC0\x80", 2},     {"\xE3\x81", 1},         {"\xE0\x80\x80", 3},
@@ -175,7 +179,7 @@ TEST(CodePageUtf8, EachLongestPrefixBecomesOneReplacement) {
     Units expected(row.replacements + 2, 0xFFFD);
     expected.front() = L'a';
     expected.back() = L'z';
-    EXPECT_EQ(expected, Decode(CP_UTF8, bytes));
+    EXPECT_TRUE(AsPublished(Decode(CP_UTF8, bytes) == expected, row.on_wine)) << bytes;
     wchar_t text[16];
     EXPECT_EQ(0, MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.c_str(), -1, text, 16));
     EXPECT_EQ(kNoTranslation, GetLastError());
@@ -198,7 +202,10 @@ TEST(CodePage, ArgumentsAndSmallBuffers) {
   EXPECT_EQ(ERROR_INVALID_PARAMETER, error(MultiByteToWideChar(4711, 0, "a", 1, text, 4)));
   EXPECT_EQ(ERROR_INVALID_PARAMETER, error(MultiByteToWideChar(932, 0, "a", 1, nullptr, 4)));
   EXPECT_EQ(ERROR_INVALID_FLAGS, error(MultiByteToWideChar(CP_UTF8, 0x100, "a", 1, text, 4)));
-  EXPECT_EQ(ERROR_INVALID_PARAMETER, error(WideCharToMultiByte(CP_UTF8, 0, L"a", 1, bytes, 4, "?", nullptr)));
+  // Wine passes over a default character that UTF-8 has no use for.
+  SetLastError(0);
+  EXPECT_TRUE(HoldsExceptOnWine(WideCharToMultiByte(CP_UTF8, 0, L"a", 1, bytes, 4, "?", nullptr) == 0 &&
+                                GetLastError() == ERROR_INVALID_PARAMETER));
   EXPECT_EQ(ERROR_INVALID_PARAMETER, error(WideCharToMultiByte(932, 0, L"a", 0, bytes, 4, nullptr, nullptr)));
   EXPECT_EQ(ERROR_INSUFFICIENT_BUFFER, error(MultiByteToWideChar(932, 0, "abcd\x93\xFA", 6, text, 4)));
   EXPECT_EQ(ERROR_INSUFFICIENT_BUFFER, error(MultiByteToWideChar(CP_UTF8, 0, "abcde", 5, text, 4)));

@@ -11,6 +11,36 @@
 namespace qorgen::tests {
 namespace {
 
+// The platform's own positions in a Unicode stream are of no use, and its mark is met as a character again.
+TEST(StreamOnLinux, PositionsAreBytesAndTheMarkIsSkippedAgain) {
+  ScratchFolder folder;
+  const wchar_t* path = folder.Path(L"stream.txt");
+  ASSERT_TRUE(PutFile(path, "\xEF\xBB\xBF日\r\nab\r\n"));
+  FILE* stream = _wfopen(path, L"rt,ccs=UTF-8");
+  wchar_t buffer[8];
+  EXPECT_EQ(3, ftell(stream));
+  EXPECT_TEXT(L"日", fgetws(buffer, 2, stream));
+  EXPECT_EQ(6, ftell(stream));
+  EXPECT_TEXT(L"\n", fgetws(buffer, 8, stream));
+  EXPECT_EQ(8, ftell(stream));
+  rewind(stream);
+  EXPECT_TEXT(L"日\n", fgetws(buffer, 8, stream));
+  fclose(stream);
+
+  // A Ctrl-Z ends what is read, not where the stream stands.
+  ASSERT_TRUE(PutFile(path,
+                      "ab\r\n3\x1A"
+                      "4"));
+  stream = _wfopen(path, L"rt");
+  char line[8];
+  EXPECT_STREQ("ab\n", fgets(line, 8, stream));
+  EXPECT_EQ(4, ftell(stream));
+  EXPECT_STREQ("3", fgets(line, 8, stream));
+  EXPECT_EQ(5, ftell(stream));
+  EXPECT_EQ(nullptr, fgets(line, 8, stream));
+  fclose(stream);
+}
+
 TEST(StreamOnLinux, WrongModesAndArgumentsAreRefused) {
   ScratchFolder folder;
   const wchar_t* path = folder.Path(L"stream.txt");

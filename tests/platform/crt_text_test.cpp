@@ -11,6 +11,7 @@
 #include "qorgen/platform/locale.h"
 
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace qorgen::tests {
 namespace {
@@ -126,7 +127,9 @@ TEST(WideNumbers, IntegersStopAtThirtyTwoBits) {
     wchar_t* end = nullptr;
     errno = 0;
     EXPECT_EQ(row.value, wcstol(row.text, &end, row.base)) << Utf8(row.text);
-    EXPECT_EQ(row.used, end - row.text) << Utf8(row.text);
+    // Wine reads nothing at all of a prefix without digits.
+    const bool lone_prefix = wcscmp(row.text, L"0x") == 0;
+    EXPECT_TRUE(AsPublished(end - row.text == row.used, !lone_prefix)) << Utf8(row.text);
     EXPECT_EQ(row.plain, wcstoul(row.text, &end, row.base)) << Utf8(row.text);
     EXPECT_EQ(0, errno) << Utf8(row.text);
   }
@@ -208,9 +211,11 @@ TEST(WideFormat, EachConversionByThePlatformsRules) {
             Format(L"%d|%05d|%x|%#x|%#X|%#o", -42, -42, -42, 255, 255, 255));
   EXPECT_EQ("9223372036854775807|-1|7", Format(L"%I64d|%lld|%I32u", 0x7FFFFFFFFFFFFFFFll, -1ll, 7u));
   EXPECT_EQ("   7|7   |abc|-5", Format(L"%*d|%*d|%.*s|%ld", 4, 7, -4, 7, 3, L"abcdef", -5L));
-  EXPECT_EQ("3.14|+3.1|3.141590e+00|3.14159|0003.1| 3|3.",
-            Format(L"%.2f|%+.1f|%e|%g|%06.1f|%2.0f|%#.0f", 3.14159, 3.14159, 3.14159, 3.14159, 3.14159,
-                   3.14159, 3.14159));
+  EXPECT_EQ("3.14|+3.1|3.14159|0003.1| 3|3.", Format(L"%.2f|%+.1f|%g|%06.1f|%2.0f|%#.0f", 3.14159, 3.14159,
+                                                     3.14159, 3.14159, 3.14159, 3.14159));
+  // Two digits of exponent, or three in the older of the platform's runtimes.
+  const std::string exponent = Format(L"%e", 3.14159);
+  EXPECT_TRUE(exponent == "3.141590e+00" || exponent == "3.141590e+000") << exponent;
   EXPECT_EQ("|0", Format(L"%.0d|%d", 0, 0));
   EXPECT_EQ("000000000000ABCD", Format(L"%p", reinterpret_cast<void*>(0xABCD)));
   EXPECT_EQ(302u, Format(L"%.300f", 1.0).size());

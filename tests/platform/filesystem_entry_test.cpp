@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+#include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace qorgen::tests {
 namespace {
@@ -49,13 +51,17 @@ TEST(Attributes, ReadOnlyIsSetSeenAndHeeded) {
   const wchar_t* path = scratch.Path(L"file");
   ASSERT_TRUE(PutFile(path, "abc"));
   EXPECT_TRUE(SetFileAttributesW(path, FILE_ATTRIBUTE_NORMAL));
-  EXPECT_EQ(GetFileAttributesW(path), FILE_ATTRIBUTE_NORMAL);
+  // Wine can't take the archive mark from a file.
+  const DWORD rest = UnderWine() ? FILE_ATTRIBUTE_ARCHIVE : 0;
+  EXPECT_EQ(GetFileAttributesW(path), rest != 0 ? rest : FILE_ATTRIBUTE_NORMAL);
   EXPECT_TRUE(SetFileAttributesW(path, FILE_ATTRIBUTE_READONLY));
-  EXPECT_EQ(GetFileAttributesW(path), FILE_ATTRIBUTE_READONLY);
+  EXPECT_EQ(GetFileAttributesW(path), FILE_ATTRIBUTE_READONLY | rest);
   EXPECT_EQ(ErrorOf(DeleteFileW(path)), ERROR_ACCESS_DENIED);
   EXPECT_EQ(ErrorOf(CopyFileW(scratch.Path(L"other"), path, FALSE)), ERROR_FILE_NOT_FOUND);
   ASSERT_TRUE(PutFile(scratch.Path(L"other"), "x"));
-  EXPECT_EQ(ErrorOf(CopyFileW(scratch.Path(L"other"), path, FALSE)), ERROR_ACCESS_DENIED);
+  if (!ReadOnlyFilesAreWritable()) {
+    EXPECT_EQ(ErrorOf(CopyFileW(scratch.Path(L"other"), path, FALSE)), ERROR_ACCESS_DENIED);
+  }
   EXPECT_TRUE(SetFileAttributesW(path, FILE_ATTRIBUTE_NORMAL));
   EXPECT_EQ(ErrorOf(DeleteFileW(path)), 0u);
   EXPECT_EQ(ErrorOf(DeleteFileW(path)), ERROR_FILE_NOT_FOUND);
@@ -136,12 +142,17 @@ TEST(FileTime, PartsThereAndBack) {
     ASSERT_TRUE(FileTimeToSystemTime(&time, &parts));
     EXPECT_EQ(std::memcmp(&parts, &row.parts, sizeof parts), 0) << row.parts.wYear;
   }
-  const SYSTEMTIME wrong[] = {{1600, 12, 0, 31, 0, 0, 0, 0}, {2023, 2, 0, 29, 0, 0, 0, 0},
-                              {2023, 13, 0, 1, 0, 0, 0, 0},  {2023, 1, 0, 0, 0, 0, 0, 0},
-                              {2023, 1, 0, 1, 24, 0, 0, 0},  {2023, 1, 0, 1, 0, 60, 0, 0}};
-  for (const SYSTEMTIME& parts : wrong) {
+  const struct {
+    SYSTEMTIME parts;
+    bool on_wine = true;  // it takes the year before the first one
+  } wrong[] = {{{1600, 12, 0, 31, 0, 0, 0, 0}, false}, {{2023, 2, 0, 29, 0, 0, 0, 0}},
+               {{2023, 13, 0, 1, 0, 0, 0, 0}},         {{2023, 1, 0, 0, 0, 0, 0, 0}},
+               {{2023, 1, 0, 1, 24, 0, 0, 0}},         {{2023, 1, 0, 1, 0, 60, 0, 0}}};
+  for (const auto& row : wrong) {
     FILETIME time;
-    EXPECT_EQ(ErrorOf(SystemTimeToFileTime(&parts, &time)), ERROR_INVALID_PARAMETER);
+    EXPECT_TRUE(
+        AsPublished(ErrorOf(SystemTimeToFileTime(&row.parts, &time)) == ERROR_INVALID_PARAMETER, row.on_wine))
+        << row.parts.wYear;
   }
   const FILETIME tooLate = {0, 0x80000000};
   SYSTEMTIME parts;
@@ -178,14 +189,15 @@ TEST(Search, PatternsOverAFolder) {
   const struct {
     const wchar_t* pattern;
     const char* names;
+    bool on_wine = true;
   } rows[] = {
       {L"*", ". .. A.txt b.TXT Folder.d plain two.dots.csv 帳簿.csv "},
       {L"*.*", ". .. A.txt b.TXT Folder.d plain two.dots.csv 帳簿.csv "},
       {L"*.txt", "A.txt b.TXT "},
-      {L"*.", ". .. plain "},
+      {L"*.", ". .. plain ", false},
       {L"p*.*", "plain "},
       {L"?.txt", "A.txt b.TXT "},
-      {L"????.csv", "帳簿.csv "},
+      {L"??.csv", "帳簿.csv "},
       {L"*.c?v", "two.dots.csv 帳簿.csv "},
       {L"PLAIN*", "plain "},
       {L"plain", "plain "},
@@ -193,14 +205,18 @@ TEST(Search, PatternsOverAFolder) {
       {L"*.none", "error 2"},
       {L"none", "error 2"},
       {L"none\\*", "error 3"},
-      {L"plain\\*", "error 267"},
+      {L"plain\\*", "error 267", false},
       {L"Folder.d\\", "error 2"},
       {L"Folder.d\\*", ". .. "},
       {L"Folder.d\\x", "error 2"},
       {L"Folder.d\\..\\plain", "plain "},
       {L"Folder.d\\.", "Folder.d "},
   };
-  for (const auto& row : rows) EXPECT_EQ(Names(scratch.Path(row.pattern)), row.names) << Utf8(row.pattern);
+  // Wine drops the dot of "*." and words the search in a file as one in a wrong name.
+  for (const auto& row : rows) {
+    const std::string names = Names(scratch.Path(row.pattern));
+    EXPECT_TRUE(AsPublished(names == row.names, row.on_wine)) << Utf8(row.pattern) << ": " << names;
+  }
   EXPECT_EQ(Names(L""), "error 3");
   EXPECT_EQ(Names(nullptr), "error 3");
 
@@ -235,7 +251,7 @@ TEST(Names, TemporaryFilesAndFullPaths) {
   ScratchFolder scratch;
   wchar_t name[MAX_PATH];
   EXPECT_EQ(GetTempFileNameW(scratch.Path(L""), L"asked", 0x12ABCD, name), 0xABCDu);
-  EXPECT_TEXT(scratch.Path(L"askABCD.TMP"), name);
+  EXPECT_EQ(0, lstrcmpiW(scratch.Path(L"askABCD.TMP"), name));  // the case is not promised
   EXPECT_FALSE(Exists(name));
   const UINT number = GetTempFileNameW(scratch.Path(L""), L"qor", 0, name);
   EXPECT_NE(number, 0u);

@@ -5,6 +5,7 @@
 #include "qorgen/platform/error.h"
 
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace {
 
@@ -22,7 +23,8 @@ TEST(ModuleTest, a_short_buffer_gets_a_terminated_beginning) {
   wchar_t path[6] = {L'#', L'#', L'#', L'#', L'#', L'#'};
   EXPECT_EQ(5u, GetModuleFileNameW(nullptr, path, 5));
   EXPECT_EQ(ERROR_INSUFFICIENT_BUFFER, GetLastError());
-  EXPECT_EQ(4, CString(path).GetLength());
+  // Wine leaves the terminator out, as the oldest systems did.
+  EXPECT_TRUE(qorgen::tests::HoldsExceptOnWine(path[4] == 0));
   EXPECT_EQ(L'#', path[5]);
 }
 

@@ -7,6 +7,7 @@
 #include "qorgen/platform/error.h"
 
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace {
 
@@ -14,10 +15,11 @@ TEST(StrToInt, ReadsADecimalInteger) {
   const struct {
     const wchar_t* text;
     int value;
+    bool on_wine = true;  // it doesn't pass over white space in front
   } rows[] = {
       {L"123", 123},
-      {L"  -123", -123},
-      {L"\t+7", 7},
+      {L"  -123", -123, false},
+      {L"\t+7", 7, false},
       {L"12b34", 12},
       {L"0x1F", 0},
       {L"", 0},
@@ -33,7 +35,10 @@ TEST(StrToInt, ReadsADecimalInteger) {
       {L"00012", 12},
       {L"１２", 0},
   };
-  for (const auto& row : rows) EXPECT_EQ(row.value, StrToIntW(row.text)) << qorgen::tests::Utf8(row.text);
+  for (const auto& row : rows) {
+    EXPECT_TRUE(qorgen::tests::AsPublished(StrToIntW(row.text) == row.value, row.on_wine))
+        << qorgen::tests::Utf8(row.text);
+  }
 }
 
 using ConvertFunction = HRESULT (*)(DWORD*, DWORD, const wchar_t*, int*, char*, int*);
@@ -75,7 +80,9 @@ TEST(LanguageModule, ConvertsToUtf8) {
   char small[5];
   size = 5;
   EXPECT_TRUE(convert(&mode, 65001, L"日本", &count, small, &size) != S_OK);
-  EXPECT_EQ(S_FALSE, convert(&mode, 12345, L"x", &count, nullptr, &size));
+  // Wine asks the system about a code page only once it converts.
+  EXPECT_TRUE(
+      qorgen::tests::HoldsExceptOnWine(convert(&mode, 12345, L"x", &count, nullptr, &size) == S_FALSE));
   EXPECT_TRUE(FreeLibrary(module));
 }
 

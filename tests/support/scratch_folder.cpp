@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "tests/support/wine.h"
+
 namespace qorgen::tests {
 namespace {
 
@@ -82,6 +84,13 @@ std::string GetFile(const wchar_t* path) {
     bytes.append(block, got);
   CloseHandle(file);
   return bytes;
+}
+
+bool ReadOnlyFilesAreWritable() {
+  if (!UnderWine()) return false;
+  ScratchFolder folder;
+  const wchar_t* path = folder.Path(L"probe");
+  return PutFile(path, "1") && SetFileAttributesW(path, FILE_ATTRIBUTE_READONLY) && PutFile(path, "2");
 }
 
 bool Exists(const wchar_t* path) {

@@ -29,6 +29,9 @@ class ScratchFolder {
 bool PutFile(const wchar_t* path, const std::string& bytes);
 // The bytes of a file; "(missing)" when it can't be read.
 std::string GetFile(const wchar_t* path);
+// Whether a file marked read-only can be written nevertheless: Wine leaves the refusal to the host's
+// permissions, which do not bind the host's root.
+bool ReadOnlyFilesAreWritable();
 // Whether anything has this name.
 bool Exists(const wchar_t* path);
 

@@ -8,6 +8,7 @@
 #include "qorgen/text/string_util.h"
 
 #include "tests/support/text.h"
+#include "tests/support/wine.h"
 
 namespace {
 
@@ -113,14 +114,18 @@ TEST(Scalars, from_text) {
   struct {
     const wchar_t* text;
     int expected;
+    bool on_wine = true;  // it doesn't pass over white space in front
   } const rows[] = {
-      {L"TRUE", 1}, {L"true", 1},   {L"False", 0}, {L"12", 12}, {L"-12", -12}, {L" 12", 12},
+      {L"TRUE", 1}, {L"true", 1},   {L"False", 0}, {L"12", 12}, {L"-12", -12}, {L" 12", 12, false},
       {L"0x10", 0}, {L"12abc", 12}, {L"abc", 0},   {L"", 0},    {nullptr, 0},  {L"truely", 0},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(row.expected, CQorStringUtil::ToInt(row.text)) << Utf8(row.text);
-    EXPECT_EQ(static_cast<unsigned int>(row.expected), CQorStringUtil::ToUint(row.text)) << Utf8(row.text);
-    EXPECT_EQ(static_cast<unsigned int>(row.expected), CQorStringUtil::ToDword(row.text)) << Utf8(row.text);
+    const auto is = [&row](auto value) {
+      return qorgen::tests::AsPublished(value == static_cast<decltype(value)>(row.expected), row.on_wine);
+    };
+    EXPECT_TRUE(is(CQorStringUtil::ToInt(row.text))) << Utf8(row.text);
+    EXPECT_TRUE(is(CQorStringUtil::ToUint(row.text))) << Utf8(row.text);
+    EXPECT_TRUE(is(static_cast<unsigned int>(CQorStringUtil::ToDword(row.text)))) << Utf8(row.text);
   }
 }
 

@@ -14,6 +14,7 @@
 #include "qorgen/afx/exception.h"
 #include "qorgen/afx/file.h"
 #include "qorgen/afx/file_find.h"
+#include "qorgen/afx/image.h"
 #include "qorgen/afx/list.h"
 #include "qorgen/afx/map.h"
 #include "qorgen/afx/memory.h"

@@ -3,7 +3,7 @@
 # function of the platform or its glue. Usage: exports.sh DLL
 set -euo pipefail
 names=$(x86_64-w64-mingw32-objdump -p "$1" |
-  awk '/^\[Ordinal\/Name Pointer\] Table/ { on = 1; next } on && NF == 0 { exit } on { print $NF }' |
+  awk '/^\[Ordinal\/Name Pointer\] Table/ { on = 1; next } on && NF == 0 { on = 0 } on { print $NF }' |
   x86_64-w64-mingw32-c++filt)
 bad=$(grep -E '^(std::|__gnu|qorgen::[a-z]+::|qorgen_|_w|wmain|DllMain|operator (new|delete))|^(vtable|typeinfo( name)?|VTT) for (std|__gnu|qorgen::[a-z]+)::' <<<"$names" || true)
 if [ -n "$bad" ]; then

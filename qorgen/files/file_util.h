@@ -89,7 +89,8 @@ class QORGEN_API CQorFileUtil {
   // Known folders, without a backslash at the end; empty when the folder does not exist. On Linux: the user
   // folders of the desktop's settings; "~/.local/share"; and "CommonData" and "CommonDocuments" in the
   // machine-wide
-  // "/var/lib/qorgen" where that exists and may be written to, else in "~/.local/share/qorgen".
+  // "/var/lib/qorgen" where that exists and may be written to, else in "~/.local/share/qorgen"; these two are
+  // made by the first question, as Windows has them from its installation.
   static CString GetDesktopPath();
   static CString GetMyDocumentPath();
   static CString GetMyPicturesPath();

@@ -2,8 +2,8 @@
 
 // Path texts, known folders and file types: the part of the system's shell interface that the library calls.
 //
-// The path functions work on text alone, except PathFileExistsW, and count only the backslash as a separator
-// unless said otherwise. All may be called from any thread.
+// The path functions work on text alone, except PathFileExistsW and PathIsDirectoryW, and count only the
+// backslash as a separator unless said otherwise. All may be called from any thread.
 
 #include "qorgen/platform/types.h"
 
@@ -15,6 +15,15 @@
 // TRUE if the path names a file or folder. On FALSE the last error tells why: ERROR_FILE_NOT_FOUND,
 // ERROR_PATH_NOT_FOUND (also for empty text) or what else kept the look-up from answering. Null is FALSE.
 BOOL PathFileExistsW(LPCWSTR path);
+
+// FILE_ATTRIBUTE_DIRECTORY if the path names a folder, a link to one too; else FALSE, with the last error as
+// above when there is nothing of that name.
+BOOL PathIsDirectoryW(LPCWSTR path);
+
+// The dot that begins the extension, or the end of the text when there is none: the last dot of the last
+// component, unless a space follows it. "a.tar.gz" gives ".gz", "a." gives ".", "a.b c" and "a.b\c" have
+// none. Null gives null.
+LPWSTR PathFindExtensionW(LPCWSTR path);
 
 // Cuts the last component and the backslash before it, in place; TRUE if anything was cut. A root keeps its
 // backslash: "C:\a" gives "C:\", "\a" gives "\", "C:a" gives "C:", "a" gives "". "\\srv\share\a" gives
@@ -52,7 +61,8 @@ inline constexpr int CSIDL_COMMON_DOCUMENTS = 46;
 
 // The path of a known folder into `path`, which has room for 260 characters, without separator at its end.
 // FALSE, with empty text, when the id is not one of the above, the path is too long, or the folder is missing
-// and `create` is FALSE (with TRUE it is made, parents included). Linux, all in the form "C:\...":
+// and `create` is FALSE (with TRUE it is made, parents included); the two common folders are always there,
+// and on Linux made by the first question. Linux, all in the form "C:\...":
 //  - desktop, documents, pictures: the user folders of the desktop's own settings; where there are none,
 //  "Desktop",
 //    "Documents" and "Pictures" in the home folder;

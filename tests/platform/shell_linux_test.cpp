@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "qorgen/platform/error.h"
+#include "qorgen/platform/filesystem.h"
 #include "qorgen/platform/shell.h"
 
 #include "tests/support/text.h"
@@ -86,6 +87,15 @@ TEST(KnownFolderTest, data_folders_can_be_written_to) {
       if (c == '\\') c = '/';
     }
     EXPECT_EQ(0, access(host.c_str(), W_OK | X_OK)) << host;
+  }
+}
+
+TEST(KnownFolderTest, common_folders_are_always_there) {
+  for (const int id : {CSIDL_COMMON_APPDATA, CSIDL_COMMON_DOCUMENTS}) {
+    fs::remove_all(Home::root / "data" / "qorgen");
+    wchar_t path[MAX_PATH] = {};
+    EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, path, id, FALSE)) << id;
+    EXPECT_NE(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(path)) << Utf8(path);
   }
 }
 

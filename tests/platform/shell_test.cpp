@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+#include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"
 #include "tests/support/wine.h"
 
@@ -45,6 +46,28 @@ TEST(PathRemoveFileSpecTest, cuts_the_last_component_and_keeps_the_root) {
     EXPECT_TEXT(row.rest, buffer.characters) << Utf8(row.path);
   }
   EXPECT_FALSE(PathRemoveFileSpecW(nullptr));
+}
+
+TEST(PathFindExtensionTest, last_dot_of_the_last_component) {
+  const wchar_t* const rows[][2] = {
+      {L"a.txt", L".txt"}, {L"C:\\a.b\\c.tar.gz", L".gz"},
+      {L"a.", L"."},       {L".dw", L".dw"},
+      {L"a", L""},         {L"a.b\\c", L""},
+      {L"a.b c", L""},     {L"a b.c", L".c"},
+      {L"", L""},          {L"a.b\\", L""},
+  };
+  for (const auto& [path, extension] : rows) EXPECT_TEXT(extension, PathFindExtensionW(path)) << Utf8(path);
+  EXPECT_EQ(nullptr, PathFindExtensionW(nullptr));
+}
+
+TEST(PathIsDirectoryTest, folders_only) {
+  qorgen::tests::ScratchFolder folder;
+  ASSERT_TRUE(qorgen::tests::PutFile(folder.Path(L"file"), "x"));
+  EXPECT_TRUE(PathIsDirectoryW(folder.Path(L"")));
+  EXPECT_TRUE(PathIsDirectoryW(CString(folder.Path(L"")) + L"\\"));
+  for (const wchar_t* path : {folder.Path(L"file"), folder.Path(L"none"), L"", (const wchar_t*)nullptr}) {
+    EXPECT_FALSE(PathIsDirectoryW(path)) << Utf8(path);
+  }
 }
 
 TEST(PathSkipRootTest, points_behind_drive_or_share) {

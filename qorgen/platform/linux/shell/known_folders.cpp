@@ -18,6 +18,7 @@ constexpr const char* kSharedPlace = "/var/lib/qorgen";
 
 struct Folder {
   std::string path;
+  bool common = false;  // of all users, so always there
   bool shared = false;  // in the machine-wide place
 };
 
@@ -33,9 +34,9 @@ Folder UserFolder(GUserDirectory which, const char* usual_name) {
 
 Folder CommonFolder(const char* name) {
   if (IsFolder(kSharedPlace) && access(kSharedPlace, W_OK | X_OK) == 0) {
-    return {std::string(kSharedPlace) + '/' + name, true};
+    return {std::string(kSharedPlace) + '/' + name, true, true};
   }
-  return {std::string(g_get_user_data_dir()) + "/qorgen/" + name};
+  return {std::string(g_get_user_data_dir()) + "/qorgen/" + name, true};
 }
 
 Folder FindFolder(int id) {
@@ -71,7 +72,10 @@ BOOL SHGetSpecialFolderPathW(HWND /*owner*/, LPWSTR path, int folderId, BOOL cre
   Folder folder = FindFolder(folderId);
   while (folder.path.size() > 1 && folder.path.back() == '/') folder.path.pop_back();
   if (folder.path.empty()) return FALSE;
-  if (!IsFolder(folder.path) && !(create && Make(folder))) return FALSE;
+  // The installation of Windows makes the common folders; here nothing has made them before the first
+  // question.
+  const bool make = create || folder.common;
+  if (!IsFolder(folder.path) && !(make && Make(folder))) return FALSE;
   const std::u16string text = qorgen::platform::LibraryPath(folder.path);
   if (text.size() >= MAX_PATH) return FALSE;
   std::copy_n(text.c_str(), text.size() + 1, path);

@@ -94,6 +94,16 @@ LPWSTR PathSkipRootW(LPCWSTR path) {
   return path == nullptr ? nullptr : const_cast<wchar_t*>(SkipRoot(path));
 }
 
+LPWSTR PathFindExtensionW(LPCWSTR path) {
+  if (path == nullptr) return nullptr;
+  const wchar_t* dot = nullptr;
+  for (; *path != 0; ++path) {
+    if (*path == L'.') dot = path;
+    if (*path == L'\\' || *path == L' ') dot = nullptr;
+  }
+  return const_cast<wchar_t*>(dot != nullptr ? dot : path);
+}
+
 BOOL PathCompactPathExW(LPWSTR out, LPCWSTR source, UINT maxCharacters, DWORD /*flags*/) {
   if (out == nullptr || source == nullptr || maxCharacters == 0) return FALSE;
   const std::wstring_view path(source, TextLength(source));

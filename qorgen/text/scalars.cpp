@@ -70,7 +70,8 @@ COleDateTime CQorStringUtil::ToDateTime(const wchar_t* text) {
 }
 
 CString CQorStringUtil::GetLastErrorText(unsigned long error) {
-  const DWORD code = error != 0 ? static_cast<DWORD>(error) : GetLastError();
+  const auto number = static_cast<DWORD>(error);
+  const DWORD code = number != 0 ? number : GetLastError();
   wchar_t* allocated = nullptr;
   // With "allocate buffer" the parameter that takes a buffer takes the place for its address.
   FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_FROM_SYSTEM,

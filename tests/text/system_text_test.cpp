@@ -161,8 +161,10 @@ TEST(ErrorText, of_a_number_and_of_the_last_error) {
   const CString text = CQorStringUtil::GetLastErrorText(ERROR_FILE_NOT_FOUND);
   EXPECT_GT(text.GetLength(), 2);
   EXPECT_TEXT(L"\r\n", text.Right(2));
-  SetLastError(ERROR_FILE_NOT_FOUND);
-  EXPECT_TEXT(text, CQorStringUtil::GetLastErrorText(0));
+  for (const unsigned long long none : {0x0ull, 0x100000000ull}) {  // 32 bits of it count, however wide
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    EXPECT_TEXT(text, CQorStringUtil::GetLastErrorText(static_cast<unsigned long>(none)));
+  }
   EXPECT_TEXT(L"", CQorStringUtil::GetLastErrorText(0x2FFFFFFF));
 }
 

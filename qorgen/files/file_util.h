@@ -40,9 +40,8 @@ class QORGEN_API CQorFileUtil {
 
   // Writes the beginning of `path` into the buffer of `root`: behind two consecutive separators up to and
   // with the second separator from there ("\\srv\share\dir\a" gives "\\srv\share\"), else up to and with the
-  // first separator
-  // ("C:\x\y" gives "C:\"), else all. The string's recorded length is not brought up to date: read the result
-  // as terminated text, or call ReleaseBuffer on `root` first.
+  // first separator ("C:\x\y" gives "C:\"), else all. The string's recorded length is not brought up to date:
+  // read the result as terminated text, or call ReleaseBuffer on `root` first.
   static void GetRoot(const wchar_t* path, CString& root);
 
   // The name behind the last separator or colon. With `buffer` null the result is its length plus 1.
@@ -88,9 +87,8 @@ class QORGEN_API CQorFileUtil {
 
   // Known folders, without a backslash at the end; empty when the folder does not exist. On Linux: the user
   // folders of the desktop's settings; "~/.local/share"; and "CommonData" and "CommonDocuments" in the
-  // machine-wide
-  // "/var/lib/qorgen" where that exists and may be written to, else in "~/.local/share/qorgen"; these two are
-  // made by the first question, as Windows has them from its installation.
+  // machine-wide "/var/lib/qorgen" where that exists and may be written to, else in "~/.local/share/qorgen";
+  // these two are made by the first question, as Windows has them from its installation.
   static CString GetDesktopPath();
   static CString GetMyDocumentPath();
   static CString GetMyPicturesPath();
@@ -132,8 +130,8 @@ class QORGEN_API CQorFileUtil {
   static int CreateDirectoryW(const wchar_t* path);
 
   // The folder and those above it that are missing, from the inside out; only the backslash separates. 0 when
-  // it already exists, or when something above it is no folder. A path whose folder part cannot be shortened
-  // at a backslash ("C:/a/b") gives 0 unless the level above exists.
+  // it already exists, or when something above it is no folder. A folder part that ends in a forward slash
+  // ("C:/a/" of "C:/a/b") is never found, so the result is 0.
   static int CreateDeepDirectory(const wchar_t* path);
 
   // The same from the outside in; 1 when it already exists, and for a bare root. 0 for null and for more than

@@ -40,8 +40,7 @@ class Scratch {
   std::unique_ptr<wchar_t[]> heap_;
 };
 
-// ---- Loops
-// ------------------------------------------------------------------------------------------------------------
+// --- Loops ---
 // Each writes to `out`, without a terminator, and gives the number of units written. `out` may be the start
 // of `text` itself, except for Narrow, whose result can be longer than its source.
 
@@ -119,8 +118,7 @@ inline std::size_t WidenOnly(wchar_t* out, View text) {
   return Widen<kWideMap, kWideMap, kUnchangedMap>(out, text);
 }
 
-// ---- Forms
-// ------------------------------------------------------------------------------------------------------------
+// --- Forms ---
 // `convert(out, text)` writes a result of at most `growth` times the length of `text` and gives its length.
 
 struct Lengths {

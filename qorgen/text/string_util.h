@@ -9,9 +9,8 @@
 // unchanged.
 //
 // Conversions come in up to three forms:
-//   (wchar_t* dest, const wchar_t* src)   into the caller's buffer, whose size each operation states,
-//   terminator
-//                                         included. A null `src` empties the buffer.
+//   (wchar_t* dest, const wchar_t* src)   into the caller's buffer, whose size with the terminator each
+//                                         operation states. A null `src` empties the buffer.
 //   (CString& dest, const wchar_t* src)   into a string. A null `src` leaves the string as it was.
 //   (const wchar_t* src)                  a new array, which goes back through QorFree; null for null.
 // In all of them `src` may be, or lie within, what `dest` holds. The cost grows with the length of the text;
@@ -27,8 +26,7 @@ class CStringArray;
 
 class QORGEN_API CQorStringUtil {
  public:
-  // ---- Classes and width
-  // --------------------------------------------------------------------------------------------
+  // --- Classes and width ---
 
   // The class of a character, one of the CHARTYPE_ values, or 0. Values above U+FFFF have none.
   static unsigned int GetCharType(unsigned int c);
@@ -54,8 +52,7 @@ class QORGEN_API CQorStringUtil {
   static int ToWideString(CString& dest, const wchar_t* src);
   static wchar_t* ToWideString(const wchar_t* src);
 
-  // ---- Folding
-  // ------------------------------------------------------------------------------------------------------
+  // --- Folding ---
   // `dest` holds the length of `src`, plus 1. The int forms give the length of `src`.
 
   // Hiragana to katakana, the whole block: ゝ -> ヽ, and a spacing mark becomes ・ or ー.
@@ -75,8 +72,7 @@ class QORGEN_API CQorStringUtil {
   static int ToUpperCase(CString& dest, const wchar_t* src, int lettersOnly);
   static wchar_t* ToUpperCase(const wchar_t* src, int lettersOnly);
 
-  // ---- Keys
-  // ---------------------------------------------------------------------------------------------------------
+  // --- Keys ---
   // A key is never longer than its text. The buffer forms store the first `capacity` - 1 units of the key,
   // end the buffer at its last place, and give the length of the key or `capacity`, whichever is smaller: a
   // result equal to `capacity` tells that the key was cut. A `capacity` of 0 or less stores nothing and gives
@@ -99,10 +95,9 @@ class QORGEN_API CQorStringUtil {
   static int GetStringForSort(CString& dest, const wchar_t* src);
   static wchar_t* GetStringForSort(const wchar_t* src);
 
-  // ---- Comparison
-  // --------------------------------------------------------------------------------------------------- By
-  // unit value, exact; `mode` is one of the STRCOMPARE_ values. The result is 1 when its test holds, else 0.
-  // An empty pattern is contained in nothing, and nothing fails to contain it either: modes 1 to 4 give 0.
+  // --- Comparison ---
+  // By unit value, exact; `mode` is one of the STRCOMPARE_ values. The result is 1 when its test holds, else
+  // 0. An empty pattern is contained in nothing, and nothing fails to contain it either: modes 1 to 4 give 0.
   // The time grows with the sum of both lengths.
 
   // A null text or pattern gives 0 in every mode.
@@ -125,10 +120,9 @@ class QORGEN_API CQorStringUtil {
   // untrimmed.
   static int IsMatch(const wchar_t* text, CStringArray& patterns, int fold);
 
-  // ---- Vertical writing
-  // --------------------------------------------------------------------------------------------- Full width,
-  // with numerals for columns. `dest` holds the length of `src`, plus 1; the int forms give the length of the
-  // result.
+  // --- Vertical writing ---
+  // Full width, with numerals for columns. `dest` holds the length of `src`, plus 1; the int forms give the
+  // length of the result.
 
   // Digits as 〇一二三四五六七八九, dashes as ー: "12-3" -> "一二ー三".
   static int ToColumnarWritingChineseNumerals(wchar_t* dest, const wchar_t* src);
@@ -138,8 +132,7 @@ class QORGEN_API CQorStringUtil {
   static int ToColumnarWritingWideNumerals(wchar_t* dest, const wchar_t* src);
   static wchar_t* ToColumnarWritingWideNumerals(const wchar_t* src);
 
-  // ---- Web text
-  // -----------------------------------------------------------------------------------------------------
+  // --- Web text ---
 
   // UTF-8 in percent encoding: a space becomes "+"; digits, ASCII letters and $ - _ . ! * ' ( ) , stay.
   // Converted in pieces of 100 units, so a surrogate pair on a border comes apart. Null gives an empty text;
@@ -152,8 +145,7 @@ class QORGEN_API CQorStringUtil {
   // text.
   static int EncodeUTF8ToUTF16(const char* text, wchar_t* dest);
 
-  // ---- Versions
-  // -----------------------------------------------------------------------------------------------------
+  // --- Versions ---
 
   // "1.2.3.4" of the four bytes 0x01020304, or of the four halves of 0x00010002 and 0x00030004. The low 32
   // bits count.
@@ -166,10 +158,9 @@ class QORGEN_API CQorStringUtil {
   // place. Null or empty gives 0 and leaves `low` alone.
   static unsigned long VersionStringToNumber(const wchar_t* text, unsigned long* low);
 
-  // ---- Line breaks as marks
-  // ----------------------------------------------------------------------------------------- The mark is
-  // "&n" if `ampersand` is nonzero, else a backslash and "n". Only the lines from 0 to `lastLine` are kept; a
-  // negative `lastLine` keeps none. Null makes `dest` empty; `text` may be what `dest` holds.
+  // --- Line breaks as marks ---
+  // The mark is "&n" if `ampersand` is nonzero, else a backslash and "n". Only the lines from 0 to `lastLine`
+  // are kept; a negative `lastLine` keeps none. Null makes `dest` empty; `text` may be what `dest` holds.
 
   // CR LF, CR and LF each become a mark.
   static void GetEncodeString(const wchar_t* text, CString& dest, int lastLine, int ampersand);
@@ -177,9 +168,8 @@ class QORGEN_API CQorStringUtil {
   // CR and LF go; marks become CR LF.
   static void GetDecodeString(const wchar_t* text, CString& dest, int lastLine, int ampersand);
 
-  // ---- White space and lines
-  // ---------------------------------------------------------------------------------------- White space is
-  // the platform's: U+0009..U+000D, U+0085 and the spaces of Unicode, U+3000 among them.
+  // --- White space and lines ---
+  // White space is the platform's: U+0009..U+000D, U+0085 and the spaces of Unicode, U+3000 among them.
 
   // Splits at runs of white space. Leading white space makes an empty first part; trailing makes none. 1, or
   // 0 with no parts for a null or blank text. (Nothing process-wide is changed: no locale is given to any
@@ -200,8 +190,7 @@ class QORGEN_API CQorStringUtil {
   // "-0".
   static int IsNumber(const wchar_t* text);
 
-  // ---- Scalars
-  // ------------------------------------------------------------------------------------------------------
+  // --- Scalars ---
 
   // "true" or "false".
   static CString FromBool(int value);
@@ -223,15 +212,15 @@ class QORGEN_API CQorStringUtil {
   // text that is no date gives an invalid 0, any other failure an invalid -1.
   static COleDateTime ToDateTime(const wchar_t* text);
 
-  // ---- Buffers and characters
-  // --------------------------------------------------------------------------------------- `capacity` counts
-  // units with the terminator; 0 writes nothing. A null source counts as empty.
+  // --- Buffers and characters ---
+  // `capacity` counts units with the terminator; 0 writes nothing. A null source counts as empty.
 
   // Copies what fits and fills the rest of the buffer with terminators. Gives `dest`.
   static wchar_t* CopyString(wchar_t* dest, const wchar_t* src, unsigned int capacity);
 
-  // Appends a number inside `width` units, cutting the text before it if need be, and ends the buffer at
-  // dest[width]: "ABCDEFGH", 12, 8 -> "ABCDEF12". 1, or 0 with `dest` untouched if the number alone is wider.
+  // Appends a number inside `width` units, cutting the text before it if need be, and fills the buffer, which
+  // holds `width` + 1 units, with terminators: "ABCDEFGH", 12, 8 -> "ABCDEF12". 1, or 0 with `dest` untouched
+  // if the number alone is wider. Of `value` the low 32 bits count.
   static int AttachToStr(wchar_t* dest, long value, long width);
 
   // Copies `text` without `prefix`, if it begins with that; else all of it, as CopyString does.
@@ -252,6 +241,6 @@ class QORGEN_API CQorStringUtil {
   static long GetStringLen(const wchar_t* text);
 
   // The system's text for an error number, or with 0 for the thread's last error, in the user's language and
-  // with its line break; empty if there is none.
+  // with its line break; empty if there is none. The low 32 bits count.
   static CString GetLastErrorText(unsigned long error);
 };

@@ -122,8 +122,9 @@ constexpr char kMark16[] = {'\xFF', '\xFE'};
 constexpr char kMark16Big[] = {'\xFE', '\xFF'};
 
 // Settles the encoding by what stands at the start of the file, writes the mark of a new one, and leaves the
-// position behind the mark. False with errno.
-bool SettleEncoding(StreamState& state, const StreamMode& mode) {
+// position behind the mark. `emptied` says that the file has just been opened as an empty one: what stands in
+// it by now is another's, who writes it at the same time. False with errno.
+bool SettleEncoding(StreamState& state, const StreamMode& mode, bool emptied) {
   LARGE_INTEGER size;
   long long position = 0;
   state.seekable = GetFileSizeEx(state.handle, &size) && Seek(state.handle, 0, FILE_CURRENT, position);
@@ -140,7 +141,7 @@ bool SettleEncoding(StreamState& state, const StreamMode& mode) {
   }
   long long start = 0;
   if (mode.IsUnicode()) {
-    if (size.QuadPart == 0) {
+    if (emptied || size.QuadPart == 0) {
       const bool is8 = state.encoding == Encoding::kUtf8;
       if (mode.Writes() && !WriteAll(state.handle, is8 ? kMark8 : kMark16, is8 ? 3 : 2)) {
         FailFromLastError();
@@ -174,14 +175,14 @@ bool SettleEncoding(StreamState& state, const StreamMode& mode) {
 }
 
 // A stream over a descriptor, which it takes over on success only.
-FILE* MakeStream(int descriptor, HANDLE handle, const StreamMode& mode) {
+FILE* MakeStream(int descriptor, HANDLE handle, const StreamMode& mode, bool emptied) {
   auto state = std::make_unique<StreamState>();
   state->handle = handle;
   state->descriptor = descriptor;
   state->encoding = mode.encoding;
   state->translate = mode.encoding != Encoding::kBinary;
   state->append = mode.kind == 'a';
-  if (!SettleEncoding(*state, mode)) return nullptr;
+  if (!SettleEncoding(*state, mode, emptied)) return nullptr;
   auto buffer = std::make_unique<char[]>(kBufferSize);
   const char letters[] = {mode.kind, mode.update ? '+' : '\0', '\0'};
   FILE* stream = fopencookie(state.get(), letters, {OnRead, OnWrite, OnSeek, OnClose});
@@ -247,7 +248,7 @@ FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
   FILE* stream = nullptr;
   try {
     descriptor = AddDescriptor(handle);
-    stream = MakeStream(descriptor, handle, parsed);
+    stream = MakeStream(descriptor, handle, parsed, parsed.kind == 'w');
   } catch (const std::bad_alloc&) {
     errno = ENOMEM;
   }
@@ -273,7 +274,7 @@ FILE* _wfdopen(int descriptor, const wchar_t* mode) {
     return nullptr;
   }
   try {
-    return MakeStream(descriptor, handle, parsed);
+    return MakeStream(descriptor, handle, parsed, false);
   } catch (const std::bad_alloc&) {
     errno = ENOMEM;
     return nullptr;

@@ -42,4 +42,5 @@
 #include "qorgen/files/split_path.h"
 #include "qorgen/numeric/num_util.h"
 #include "qorgen/numeric/state_value.h"
+#include "qorgen/settings/reg_file_key.h"
 #include "qorgen/text/string_util.h"

@@ -35,6 +35,8 @@ int qorgen_wcsicmp(const wchar_t* left, const wchar_t* right);
 int qorgen_wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count);
 wchar_t* qorgen_wcsupr(wchar_t* text);
 wchar_t* qorgen_wcslwr(wchar_t* text);
+int qorgen_ismbblead(unsigned int value);
+int qorgen_ismbbtrail(unsigned int value);
 int qorgen_ismbbprint(unsigned int value);
 int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
 int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
@@ -48,6 +50,8 @@ size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, 
 #define _wcsnicmp qorgen_wcsnicmp
 #define _wcsupr qorgen_wcsupr
 #define _wcslwr qorgen_wcslwr
+#define _ismbblead qorgen_ismbblead
+#define _ismbbtrail qorgen_ismbbtrail
 #define _ismbbprint qorgen_ismbbprint
 #define swprintf qorgen_swprintf
 #define vswprintf qorgen_vswprintf

@@ -51,7 +51,15 @@ wchar_t* qorgen_wcslwr(wchar_t* text) {
   return text;
 }
 
-// Of code page 932, the one the library's texts are in.
+// Of code page 932, the one the library's texts are in. The runtime's own looks at the low byte alone.
+int qorgen_ismbblead(unsigned int value) {
+  return (value >= 0x81 && value <= 0x9F) || (value >= 0xE0 && value <= 0xFC);
+}
+
+int qorgen_ismbbtrail(unsigned int value) {
+  return (value >= 0x40 && value <= 0x7E) || (value >= 0x80 && value <= 0xFC);
+}
+
 int qorgen_ismbbprint(unsigned int value) {
   return (value >= 0x20 && value <= 0x7E) || (value >= 0xA1 && value <= 0xDF);
 }

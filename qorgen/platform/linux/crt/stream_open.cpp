@@ -183,7 +183,7 @@ FILE* MakeStream(int descriptor, HANDLE handle, const StreamMode& mode, bool emp
   state->translate = mode.encoding != Encoding::kBinary;
   state->append = mode.kind == 'a';
   if (!SettleEncoding(*state, mode, emptied)) return nullptr;
-  auto buffer = std::make_unique<char[]>(kBufferSize);
+  auto buffer = std::make_unique_for_overwrite<char[]>(kBufferSize);
   const char letters[] = {mode.kind, mode.update ? '+' : '\0', '\0'};
   FILE* stream = fopencookie(state.get(), letters, {OnRead, OnWrite, OnSeek, OnClose});
   if (stream == nullptr) return nullptr;

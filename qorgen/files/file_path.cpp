@@ -28,7 +28,8 @@ void Copy(wchar_t* target, const wchar_t* source, std::size_t room) {
 // Into a buffer of kShortRoom characters.
 void Shorten(wchar_t* target, const wchar_t* path, unsigned int max_characters) {
   const unsigned int room = std::min<unsigned int>(max_characters, kShortRoom);
-  if (!PathCompactPathExW(target, path, room, 0)) Copy(target, path, kShortRoom);
+  // No room at all is no path at all for some releases of the system, and a refusal for others.
+  if (room == 0 || !PathCompactPathExW(target, path, room, 0)) Copy(target, path, kShortRoom);
 }
 
 bool IsInvalid(wchar_t c) {

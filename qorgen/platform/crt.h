@@ -31,6 +31,7 @@
 // mingw-w64. The contracts are those of the declarations below.
 wint_t qorgen_towupper(wint_t unit);
 wint_t qorgen_towlower(wint_t unit);
+int qorgen_iswspace(wint_t unit);
 int qorgen_wcsicmp(const wchar_t* left, const wchar_t* right);
 int qorgen_wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count);
 wchar_t* qorgen_wcsupr(wchar_t* text);
@@ -46,6 +47,7 @@ size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, 
 
 #define towupper qorgen_towupper
 #define towlower qorgen_towlower
+#define iswspace qorgen_iswspace
 #define _wcsicmp qorgen_wcsicmp
 #define _wcsnicmp qorgen_wcsnicmp
 #define _wcsupr qorgen_wcsupr

@@ -53,7 +53,7 @@ says $'   2   [2   bc'
 says 'line 3: あ,abcde f'
 
 if [ -c /dev/full ]; then
-  "$program" "$work/controls" --columns "$work/foreign" --utf8 >/dev/full 2>"$work/err"
+  "${program[@]}" "$work/controls" --columns "$work/foreign" --utf8 >/dev/full 2>"$work/err"
   [ $? = 1 ] && [ -s "$work/err" ] || { echo "FAILED: output that was lost counts as written"; bad=1; }
 fi
 

@@ -27,6 +27,13 @@ wint_t qorgen_towlower(wint_t unit) {
   return Mapped(lower, LCMAP_UPPERCASE) == unit ? static_cast<wint_t>(lower) : unit;
 }
 
+// Releases of the runtime differ over U+0085.
+int qorgen_iswspace(wint_t unit) {
+  if (unit < 0x80) return unit == L' ' || unit - 9u < 5u;
+  return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || unit - 0x2000u < 11u || unit == 0x2028 ||
+         unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
+}
+
 int qorgen_wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count) {
   for (size_t i = 0; i < count; ++i) {
     const wint_t a = left[i] == right[i] ? left[i] : qorgen_towlower(left[i]);

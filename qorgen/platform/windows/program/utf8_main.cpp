@@ -29,8 +29,12 @@ extern "C" int wmain(int argc, wchar_t** argv) {
   // A console of the user's keeps its code page for the program after this one.
   const UINT former = GetConsoleOutputCP();
   SetConsoleOutputCP(CP_UTF8);
-  const int status = program_main(argc, pointers.data());
-  std::fflush(nullptr);
+  int status = program_main(argc, pointers.data());
+  // Output that is lost here is lost without a word from the program.
+  if (std::fflush(nullptr) != 0 && status == 0) {
+    std::fprintf(stderr, "the output could not be written\n");
+    status = 1;
+  }
   if (former != 0) SetConsoleOutputCP(former);
   return status;
 }

@@ -7,7 +7,7 @@
 // buffer, the rest of a longer one is left out, never written. "Separator" means backslash and forward slash;
 // where only the backslash counts the operation says so. A CString result is the caller's own. An int result
 // is 1 for yes or success, else 0, and the last error is left as the failed system call set it; nothing here
-// throws but for exhausted memory.
+// throws but for exhausted memory and the files of the two text conversions.
 
 #include <cstdio>
 
@@ -193,6 +193,28 @@ class QORGEN_API CQorFileUtil {
   // The same as text, "1.2.3.4"; empty on failure.
   static CString GetFileVerStr(const wchar_t* path);
   static CString GetProductVerStr(const wchar_t* path);
+
+  // --- text files in another encoding ---
+  //
+  // "ANSI" is the system's ANSI code page: 932 on Linux and on Japanese Windows. A zero byte ends the text. A
+  // file that can't be opened, read or written raises CFileException*; source and destination can't be one
+  // file. What has been written when a device fills up stays; a source that fails half-way leaves no
+  // destination. Files are converted in pieces of whole lines, so memory goes by the longest line; 0 means
+  // that there was none, or a line of more than half a gigabyte.
+
+  // Rewrites an ANSI text as UTF-8 without a byte-order mark. Line ends stay as they are.
+  static int SJisToUtf8(const wchar_t* source, const wchar_t* destination);
+
+  // Rewrites a UTF-8 text as ANSI. What the code page lacks becomes its default character, a byte-order mark
+  // too ("?"), and the result is still 1. The text then goes through a text stream: every line ends in CR LF,
+  // the last one as well, and a Ctrl-Z (0x1A) ends the text. The empty file "uts.qor" in the temporary folder
+  // marks the call while it runs: a second call at the same time raises CFileException*. It stays behind when
+  // an exception leaves the operation.
+  static int Utf8ToSJis(const wchar_t* source, const wchar_t* destination);
+
+  // Despite its name a plain copy over whatever is there: CopyFileW(source, destination, FALSE). No line end
+  // changes.
+  static int ChangeCRLFToLF(const wchar_t* source, const wchar_t* destination);
 
   // --- images ---
 

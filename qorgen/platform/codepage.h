@@ -6,6 +6,8 @@
 // The tables of 932 are filled once, on first use, and are constant from then on; every function may be
 // called from any thread.
 
+#include <cstddef>
+
 #include "qorgen/platform/types.h"
 
 #if !defined(_WIN32)
@@ -48,3 +50,13 @@ UINT GetACP();
 UINT GetOEMCP();
 
 #endif
+
+// Whole text of one code page in another, CP_ACP and CP_UTF8 either way: what MultiByteToWideChar and then
+// WideCharToMultiByte give for these bytes, in one pass where the host's own code pages allow it. The
+// destination has room for qorgen_recode_room(bytes) bytes and doesn't overlap the source; bytes of it behind
+// the result may be overwritten. `bytes` is at most 2^29. Gives the length of the result; 0 for no
+// bytes, without memory, and for other code pages.
+std::size_t qorgen_recode(UINT from, UINT to, const char* source, std::size_t bytes, char* destination);
+constexpr std::size_t qorgen_recode_room(std::size_t bytes) {
+  return 3 * bytes + 64;
+}

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace qorgen::platform {
 
@@ -33,7 +34,8 @@ struct Tables932 {
   // By pair, the lead byte in the low half: the trail bytes then walk over whole cache lines of used leads.
   std::array<wchar_t, 0x10000> pair;
   std::array<wchar_t, 0x100> single;
-  // By unit: one byte in the low half or two, lead byte high; 0 where there is none. Best fits included.
+  // By unit, as bytes of the file: one byte in the low half, or the lead byte there and the trail byte, which
+  // is never 0, in the high half; 0 where there is none. Best fits included.
   std::array<std::uint16_t, 0x10000> code;
 };
 
@@ -43,6 +45,12 @@ inline wchar_t DecodePair932(const Tables932& tables, unsigned char lead, unsign
   return tables.pair[static_cast<std::size_t>(lead | trail << 8)];
 }
 
+// Stores the one or two bytes of an entry of `code` and gives their end. The byte behind one is stored too.
+inline char* PutCode932(char* out, std::uint16_t code) {
+  std::memcpy(out, &code, sizeof code);
+  return out + (code > 0xFF ? 2 : 1);
+}
+
 Progress Decode932(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity);
 // The units that the bytes decode to.
 std::size_t Count932(const unsigned char* source, std::size_t bytes);
@@ -50,7 +58,7 @@ bool IsValid932(const unsigned char* source, std::size_t bytes);
 
 struct Encoding932 {
   bool bestFit = true;
-  std::uint16_t replacement = '?';  // a byte, or two with the lead byte high
+  std::uint16_t replacement = '?';  // a byte, or two with the lead byte in the low half
   bool replaced = false;            // set when the replacement was used
 };
 

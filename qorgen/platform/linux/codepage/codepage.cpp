@@ -86,7 +86,7 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int uni
       const auto first = static_cast<unsigned char>(defaultChar[0]);
       const bool pair = IsLead932(first) && defaultChar[1] != 0;
       encoding.replacement =
-          static_cast<std::uint16_t>(pair ? first << 8 | static_cast<unsigned char>(defaultChar[1]) : first);
+          static_cast<std::uint16_t>(pair ? first | static_cast<unsigned char>(defaultChar[1]) << 8 : first);
     }
     const Progress progress = qorgen::platform::Encode932(text, length, target, capacity, encoding);
     if (usedDefaultChar != nullptr) *usedDefaultChar = encoding.replaced ? TRUE : FALSE;

@@ -155,29 +155,26 @@ Progress Encode932(const wchar_t* text, std::size_t units, char* destination, st
     }
     if (total.read == units) break;
 #endif
-    // Pairs in a row, where nothing can go wrong: the bulk of Japanese text.
+    // Characters with a code, where there is room for two bytes each: the bulk of Japanese text.
     if (store && encoding.bestFit) {
       std::size_t run = (capacity - total.written) / 2;
       if (run > units - total.read) run = units - total.read;
       std::size_t done = 0;
       char* out = destination + total.written;
-      for (; done < run; ++done, out += 2) {
+      for (; done < run; ++done) {
         const std::uint16_t code = tables.code[text[total.read + done]];
-        if (code <= 0xFF) break;
-        out[0] = static_cast<char>(code >> 8);
-        out[1] = static_cast<char>(code & 0xFF);
+        if (code == 0) break;
+        out = PutCode932(out, code);
       }
       total.read += done;
-      total.written += 2 * done;
+      total.written = static_cast<std::size_t>(out - destination);
       if (total.read == units) break;
     }
     const wchar_t unit = text[total.read];
     std::uint16_t code = tables.code[unit];
     bool known = code != 0 || unit == 0;
     if (known && !encoding.bestFit && unit >= 0x80) {
-      const wchar_t back = code > 0xFF ? DecodePair932(tables, static_cast<unsigned char>(code >> 8),
-                                                       static_cast<unsigned char>(code & 0xFF))
-                                       : tables.single[code];
+      const wchar_t back = code > 0xFF ? tables.pair[code] : tables.single[code];
       known = back == unit;
     }
     if (!known) {
@@ -187,8 +184,8 @@ Progress Encode932(const wchar_t* text, std::size_t units, char* destination, st
     const std::size_t size = code > 0xFF ? 2 : 1;
     if (store) {
       if (capacity - total.written < size) break;
-      if (size == 2) destination[total.written] = static_cast<char>(code >> 8);
-      destination[total.written + size - 1] = static_cast<char>(code & 0xFF);
+      destination[total.written] = static_cast<char>(code & 0xFF);
+      if (size == 2) destination[total.written + 1] = static_cast<char>(code >> 8);
     }
     total.written += size;
     ++total.read;

@@ -104,8 +104,8 @@ void FillCodes(Tables932& tables) {
       if (!IsLead932(static_cast<unsigned char>(lead)) || Rank(lead) != rank) continue;
       for (unsigned trail = 0x40; trail <= 0xFC; ++trail) {
         const wchar_t unit = tables.pair[lead | trail << 8];
-        const auto code = static_cast<std::uint16_t>(lead << 8 | trail);
-        if (unit == kUnassigned932 && code != 0x8145) continue;
+        const auto code = static_cast<std::uint16_t>(lead | trail << 8);
+        if (unit == kUnassigned932 && (lead != 0x81 || trail != 0x45)) continue;
         if (tables.code[unit] == 0) tables.code[unit] = code;
       }
     }
@@ -114,7 +114,10 @@ void FillCodes(Tables932& tables) {
     if (!IsLead932(static_cast<unsigned char>(byte)))
       tables.code[tables.single[byte]] = static_cast<std::uint16_t>(byte);
   }
-  for (const Pair& fit : kBestFits) tables.code[fit.unit] = fit.code;
+  for (const Pair& fit : kBestFits) {
+    const unsigned lead = fit.code >> 8;
+    tables.code[fit.unit] = lead != 0 ? static_cast<std::uint16_t>(lead | (fit.code & 0xFF) << 8) : fit.code;
+  }
 }
 
 }  // namespace

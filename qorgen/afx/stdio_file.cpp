@@ -6,8 +6,11 @@
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
+#include "qorgen/platform/held_stream.h"
 
 IMPLEMENT_DYNAMIC(CStdioFile, CFile)
+
+using namespace qorgen::platform;
 
 namespace {
 
@@ -48,6 +51,7 @@ CStdioFile::CStdioFile(const wchar_t* lpszFileName, unsigned int nOpenFlags) : m
 }
 
 CStdioFile::~CStdioFile() {
+  ReleaseStream(m_pStream);
   if (m_pStream != nullptr && m_bCloseOnDelete) fclose(m_pStream);
   // The handle went with the stream, or isn't ours.
   m_hFile = hFileNull;
@@ -66,10 +70,18 @@ FILE* CStdioFile::OpenStream() const {
   return m_pStream;
 }
 
+// The stream for the runtime's own functions.
+FILE* CStdioFile::SettledStream() const {
+  FILE* stream = OpenStream();
+  SettleStream(stream);
+  return stream;
+}
+
 int CStdioFile::Open(const wchar_t* lpszFileName, unsigned int nOpenFlags, CFileException* pError) {
   if (m_pStream != nullptr && m_bCloseOnDelete) {
     CStdioFile::Abort();
   } else {
+    ReleaseStream(m_pStream);
     m_pStream = nullptr;
     m_hFile = hFileNull;
   }
@@ -79,7 +91,10 @@ int CStdioFile::Open(const wchar_t* lpszFileName, unsigned int nOpenFlags, CFile
       (nOpenFlags & typeBinary) != 0 ? typeBinary : typeText;  // the runtime's _O_BINARY and _O_TEXT
   const int descriptor = _open_osfhandle(reinterpret_cast<intptr_t>(m_hFile), type);
   if (descriptor >= 0) m_pStream = _wfdopen(descriptor, ModeOf(nOpenFlags));
-  if (m_pStream != nullptr) return 1;
+  if (m_pStream != nullptr) {
+    if (type == typeText) HoldStream(m_pStream, HeldText::kAnsi);
+    return 1;
+  }
 
   const int error = errno;
   if (descriptor >= 0) {
@@ -96,7 +111,7 @@ int CStdioFile::Open(const wchar_t* lpszFileName, unsigned int nOpenFlags, CFile
 }
 
 unsigned long long CStdioFile::GetPosition() const {
-  const auto position = ftello64(OpenStream());
+  const long long position = TellStream(OpenStream());
   if (position < 0) AfxThrowFileException(CFileException::badSeek, errno, m_strFileName);
   return static_cast<unsigned long long>(position);
 }
@@ -114,14 +129,14 @@ void CStdioFile::UnlockRange(unsigned long long, unsigned long long) {
 }
 
 unsigned long long CStdioFile::Seek(long long lOff, unsigned int nFrom) {
-  if (nFrom > end || fseeko64(OpenStream(), lOff, static_cast<int>(nFrom)) != 0) {
+  if (nFrom > end || SeekStream(OpenStream(), lOff, static_cast<int>(nFrom)) != 0) {
     AfxThrowFileException(CFileException::badSeek, nFrom > end ? EINVAL : errno, m_strFileName);
   }
   return CStdioFile::GetPosition();
 }
 
 void CStdioFile::SetLength(unsigned long long dwNewLen) {
-  FILE* stream = OpenStream();
+  FILE* stream = SettledStream();
   if (m_hFile == hFileNull) AfxThrowNotSupportedException();
   if (dwNewLen > LLONG_MAX) {
     AfxThrowFileException(CFileException::genericException, static_cast<LONG>(ERROR_INVALID_PARAMETER),
@@ -138,23 +153,25 @@ void CStdioFile::SetLength(unsigned long long dwNewLen) {
 
 unsigned long long CStdioFile::GetLength() const {
   FILE* stream = OpenStream();
+  // What is still in the buffer ends where the stream stands. Handing it over first would make a stream that
+  // is being read lose its buffer, and on Windows its place.
+  const long long position = TellStream(stream);
   LARGE_INTEGER size;
   if (m_hFile != hFileNull) {
-    if (fflush(stream) != 0) ThrowErrno();
+    if (position < 0 && fflush(stream) != 0) ThrowErrno();
     if (!GetFileSizeEx(m_hFile, &size)) ThrowLastError();
-    return static_cast<unsigned long long>(size.QuadPart);
+    return static_cast<unsigned long long>(std::max<long long>(size.QuadPart, position));
   }
-  const auto before = ftello64(stream);
-  if (before < 0 || fseeko64(stream, 0, SEEK_END) != 0) ThrowErrno();
-  const auto length = ftello64(stream);
-  if (length < 0 || fseeko64(stream, before, SEEK_SET) != 0) ThrowErrno();
+  if (position < 0 || SeekStream(stream, 0, SEEK_END) != 0) ThrowErrno();
+  const long long length = TellStream(stream);
+  if (length < 0 || SeekStream(stream, position, SEEK_SET) != 0) ThrowErrno();
   return static_cast<unsigned long long>(length);
 }
 
 unsigned int CStdioFile::Read(void* lpBuf, unsigned int nCount) {
   FILE* stream = OpenStream();
   if (nCount == 0) return 0;
-  const std::size_t read = fread(lpBuf, 1, nCount, stream);
+  const std::size_t read = GetBytes(lpBuf, nCount, stream);
   if (read == 0 && ferror(stream)) {
     const int error = errno;
     clearerr(stream);
@@ -164,19 +181,19 @@ unsigned int CStdioFile::Read(void* lpBuf, unsigned int nCount) {
 }
 
 void CStdioFile::Write(const void* lpBuf, unsigned int nCount) {
-  FILE* stream = OpenStream();
+  FILE* stream = SettledStream();
   if (nCount != 0 && fwrite(lpBuf, 1, nCount, stream) != nCount) ThrowErrno();
 }
 
 void CStdioFile::WriteString(const wchar_t* lpsz) {
-  FILE* stream = OpenStream();
+  FILE* stream = SettledStream();
   if (lpsz != nullptr && fputws(lpsz, stream) == static_cast<int>(WEOF)) ThrowErrno();
 }
 
 wchar_t* CStdioFile::ReadString(wchar_t* lpsz, unsigned int nMax) {
   FILE* stream = OpenStream();
   if (lpsz == nullptr || nMax == 0) return nullptr;
-  wchar_t* line = fgetws(lpsz, static_cast<int>(std::min<unsigned int>(nMax, INT_MAX)), stream);
+  wchar_t* line = GetLine(lpsz, static_cast<int>(std::min<unsigned int>(nMax, INT_MAX)), stream);
   if (line == nullptr && ferror(stream)) {
     const int error = errno;
     clearerr(stream);
@@ -213,6 +230,7 @@ int CStdioFile::ReadString(CString& rString) {
 }
 
 void CStdioFile::Abort() {
+  ReleaseStream(m_pStream);
   if (m_pStream != nullptr) fclose(m_pStream);
   m_pStream = nullptr;
   m_hFile = hFileNull;
@@ -221,11 +239,12 @@ void CStdioFile::Abort() {
 }
 
 void CStdioFile::Flush() {
-  if (m_pStream != nullptr && fflush(m_pStream) != 0) ThrowErrno();
+  if (m_pStream != nullptr && fflush(SettledStream()) != 0) ThrowErrno();
 }
 
 void CStdioFile::Close() {
   const CString name = m_strFileName;
+  ReleaseStream(m_pStream);
   const bool closed = m_pStream == nullptr || fclose(m_pStream) == 0;
   const int error = errno;
   m_pStream = nullptr;

@@ -4,8 +4,10 @@
 //
 // A stream is a text stream unless it was opened with typeBinary: line ends are CR LF on disk and LF in
 // memory, and wide text is stored in the ANSI code page or as the stream's own encoding says. Positions are
-// byte offsets in the file. Failures are CFileException objects, thrown by pointer. An object belongs to one
-// thread at a time.
+// byte offsets in the file, whatever its line ends. (On Windows that holds for the files that this class
+// opens and those of CQorUTF8CSVFile; the runtime's own answers, which in a text stream can be off, stand for
+// a stream that was opened elsewhere. Let functions of the runtime read such a file's m_pStream only after
+// Flush.) Failures are CFileException objects, thrown by pointer. An object belongs to one thread at a time.
 
 #include <cstdio>
 
@@ -37,7 +39,8 @@ class QORGEN_API CStdioFile : public CFile {
   void SetLength(unsigned long long dwNewLen) override;
   // Counts what is still in the buffer.
   unsigned long long GetLength() const override;
-  // Bytes. On Linux they are those of the file in text streams too; on Windows a text stream translates.
+  // Bytes. On Linux they are those of the file in text streams too; on Windows a text stream translates line
+  // ends.
   unsigned int Read(void* lpBuf, unsigned int nCount) override;
   void Write(const void* lpBuf, unsigned int nCount) override;
   void Abort() override;
@@ -61,4 +64,5 @@ class QORGEN_API CStdioFile : public CFile {
  private:
   [[noreturn]] void ThrowErrno() const;
   FILE* OpenStream() const;
+  FILE* SettledStream() const;
 };

@@ -8,6 +8,7 @@
 #include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/platform/codepage.h"
 #include "qorgen/platform/crt.h"
+#include "qorgen/platform/held_stream.h"
 #include "qorgen/platform/locale.h"
 
 namespace {
@@ -172,7 +173,11 @@ CQorUTF8CSVFile::CQorUTF8CSVFile(std::FILE* stream, unsigned int delimiterType_,
   delimiterType = delimiterType_;
   quotesType = quotes;
   someAsOne = someAsOne_;
-  if (stream != nullptr) rewind(stream);
+  if (stream != nullptr) {
+    qorgen::platform::HoldStream(stream, qorgen::platform::HeldText::kUnicode);
+    qorgen::platform::SettleStream(stream);
+    rewind(stream);
+  }
   SetJapaneseLocale();
 }
 
@@ -187,8 +192,6 @@ int CQorUTF8CSVFile::ReadString(CString& line) {
     while (length != 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r')) --length;
     line.Truncate(length);
   }
-  constexpr wchar_t kByteOrderMark = 0xFEFF;
-  if (length != 0 && line[0] == kByteOrderMark) line.Delete(0, 1);
   return result;
 }
 

@@ -85,8 +85,8 @@ class QORGEN_API CQorUTF8CSVFile : public CQorCSVFile {
   CQorUTF8CSVFile(std::FILE* stream, unsigned int delimiterType, CSVMGR_QUOTES quotes, int someAsOne);
 
  protected:
-  // The base stream's own writer and line reader, the line without its line ending, and without a byte-order
-  // mark in front: after a rewind the runtime of Windows hands that out as a character.
+  // The base stream's own writer and line reader, the line without its line ending. A byte-order mark at the
+  // start of the file is no text; anywhere else it is.
   void WriteString(const wchar_t* text) override;
   int ReadString(CString& line) override;
 };

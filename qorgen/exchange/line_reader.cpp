@@ -4,7 +4,7 @@
 #include <new>
 #include <utility>
 
-#include "qorgen/platform/crt.h"
+#include "qorgen/platform/held_stream.h"
 
 namespace qorgen::exchange {
 namespace {
@@ -18,13 +18,13 @@ struct Piece {
   bool ends_line = false;
 };
 
-// One fgets of up to `size` - 1 bytes, with the exact number of bytes also when there are NUL bytes among
-// them. The space is filled with line feeds first. A line feed that was read is the last byte before fgets'
+// One GetLine of up to `size` - 1 bytes, with the exact number of bytes also when there are NUL bytes among
+// them. The space is filled with line feeds first. A line feed that was read is the last byte before the
 // terminator; if the first line feed isn't followed by a NUL byte, it is filling, and the terminator stands
 // right before it. Length 0 means the end of the stream.
 Piece ReadPiece(std::FILE* stream, char* space, std::size_t size) {
   std::memset(space, '\n', size);
-  if (fgets(space, static_cast<int>(size), stream) == nullptr) return {};
+  if (platform::GetLine(space, static_cast<int>(size), stream) == nullptr) return {};
   const auto* const feed = static_cast<const char*>(std::memchr(space, '\n', size));
   if (feed == nullptr) return {size - 1, false};
   const auto index = static_cast<std::size_t>(feed - space);

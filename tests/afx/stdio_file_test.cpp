@@ -132,6 +132,60 @@ TEST(CStdioFile, PositionsAreByteOffsets) {
   EXPECT_THROWS_POINTER(file.Seek(0, 3), CFileException);
 }
 
+TEST(CStdioFile, KeepsItsPlaceHoweverItIsRead) {
+  const JapaneseLocale locale;
+  ScratchFolder scratch;
+  ASSERT_TRUE(PutFile(scratch.Path(L"a"), "a\nb\r\nc\rd\r\r\n\n\x8E\x64x"));
+  CStdioFile file(scratch.Path(L"a"), CFile::modeReadWrite | CFile::typeText);
+  const struct {
+    unsigned int room;
+    const wchar_t* text;
+    unsigned long long place;
+  } rows[] = {{9, L"a\n", 2},   {2, L"b", 3},   {9, L"\n", 5},  {4, L"c\rd", 8},
+              {9, L"\r\n", 11}, {9, L"\n", 12}, {2, L"仕", 14}, {9, L"x", 15}};
+  for (int pass = 0; pass < 2; ++pass) {
+    unsigned long long place = 0;
+    for (const auto& row : rows) {
+      wchar_t text[9];
+      // The length asked for in between costs nothing.
+      for (int look = 0; look < 2; ++look) {
+        EXPECT_EQ(file.Seek(static_cast<long long>(place), CFile::begin), place);
+        EXPECT_EQ(file.GetLength(), 15u);
+        ASSERT_NE(file.ReadString(text, row.room), nullptr);
+        EXPECT_TEXT(row.text, text);
+        EXPECT_EQ(file.GetPosition(), row.place);
+      }
+      place = row.place;
+    }
+    file.SeekToBegin();
+  }
+  // What is written stands where the reading was, and the runtime goes on from there.
+  CString line;
+  ASSERT_TRUE(file.ReadString(line));
+  file.WriteString(L"B");
+  EXPECT_EQ(file.GetPosition(), 3u);
+  file.Flush();
+  file.Seek(0, CFile::current);
+  ASSERT_TRUE(file.ReadString(line));
+  EXPECT_TEXT(L"", line);
+  file.Flush();
+  EXPECT_EQ(fgetc(file.m_pStream), 'c');
+  file.Close();
+  EXPECT_EQ(GetFile(scratch.Path(L"a")), "a\nB\r\nc\rd\r\r\n\n\x8E\x64x");
+
+  // A stream that stays the caller's goes on, too.
+  FILE* stream = _wfopen(scratch.Path(L"a"), L"rb");
+  char bytes[2];
+  {
+    CStdioFile borrowed(stream);
+    EXPECT_EQ(borrowed.Read(bytes, 2), 2u);
+    EXPECT_EQ(borrowed.GetLength(), 15u);
+    EXPECT_EQ(borrowed.GetPosition(), 2u);
+  }
+  EXPECT_EQ(fgetc(stream), 'B');
+  fclose(stream);
+}
+
 TEST(CStdioFile, OpenModes) {
   ScratchFolder scratch;
   const std::tuple<unsigned int, const char*> rows[] = {

@@ -113,6 +113,16 @@ TEST(CsvFile, DecodesUtf8Bytes) {
       {"\xEF\xBB\xBF日本,ｱﾞ\r\n𠮷\n", {"日本,ｱﾞ", "𠮷"}},
       {"日本\n", {"日本"}},
       {"\xEF\xBB\xBF", {}},
+      // A mark is one at the start of the file only, and once.
+      {"\xEF\xBB\xBF\xEF\xBB\xBF"
+       "a\n\xEF\xBB\xBF"
+       "b\n\xEF\xBB\xBF\n",
+       {"\xEF\xBB\xBF"
+        "a",
+        "\xEF\xBB\xBF"
+        "b",
+        "\xEF\xBB\xBF"}},
+      {"\xFF\xFE,\0\xE5\x65\r\0\n\0x\0"s, {",日", "x"}},  // the file's own mark decides
       {Repeat("日", 5000) + "x\ny", {Repeat("日", 5000) + "x", "y"}},
       {Repeat("x", 1023) + "𠮷\n", {Repeat("x", 1023) + "𠮷"}},
   };
@@ -127,6 +137,46 @@ TEST(CsvFile, DecodesUtf8Bytes) {
     EXPECT_EQ(lines[0], "a");
     EXPECT_EQ(lines[1].substr(0, 1), "b");
     EXPECT_EQ(lines[2], "c");
+  }
+}
+
+TEST(CsvFile, GoesBackToEveryLine) {
+  for (const bool utf8 : {false, true}) {
+    const std::string word = utf8 ? "日" : "\x93\xFA";
+    std::string bytes = utf8 ? "\xEF\xBB\xBF" : "";
+    struct Place {
+      std::size_t position;
+      std::string line;
+    };
+    std::vector<Place> places;
+    // Several times what any buffer holds.
+    for (int i = 0; bytes.size() < 300000; ++i) {
+      places.push_back({bytes.size(), Repeat("日", i * 7 % 90) + std::to_string(i)});
+      bytes += Repeat(word, i * 7 % 90) + std::to_string(i) + (i % 3 == 0 ? "\n" : "\r\n");
+    }
+    const TempFile temp(bytes);
+    std::FILE* const stream = utf8 ? _wfopen(temp.Path(), L"rt,ccs=UTF-8") : nullptr;
+    CQorUTF8CSVFile unicode(stream, kComma, CSVMGR_QUOTES_NONE, 0);
+    CQorCSVFile legacy(kComma, CSVMGR_QUOTES_NONE, 0);
+    ASSERT_TRUE(utf8 || legacy.Open(temp.Path(), CFile::modeRead));
+    CQorCSVFile& file = utf8 ? unicode : legacy;
+    CQorCSVManager manager;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      // Before the first line the mark may still be ahead.
+      ASSERT_EQ(file.GetPosition(), i == 0 ? 0 : places[i].position) << utf8;
+      ASSERT_EQ(file.ReadCSV(manager), 1);
+      ASSERT_EQ(Utf8(manager.GetReadString()), places[i].line) << utf8 << " " << i;
+      // Back and forth, near and far.
+      const Place& other = places[i % 10 == 0 ? i * 7919 % places.size() : i - i % 3];
+      file.Seek(static_cast<long long>(other.position), CFile::begin);
+      ASSERT_EQ(file.ReadCSV(manager), 1);
+      ASSERT_EQ(Utf8(manager.GetReadString()), other.line) << utf8 << " " << i;
+      const std::size_t next = i + 1 < places.size() ? places[i + 1].position : bytes.size();
+      ASSERT_EQ(file.Seek(static_cast<long long>(next), CFile::begin), next);
+    }
+    EXPECT_EQ(file.ReadCSV(manager), 0);
+    EXPECT_EQ(file.GetPosition(), file.GetLength());
+    file.Close();
   }
 }
 

@@ -1,0 +1,59 @@
+#include "qorgen/values/status.h"
+
+#include <gtest/gtest.h>
+
+TEST(Status, EachFlagIsSetTestedAndClearedAlone) {
+  const struct {
+    unsigned int flag;
+    void (*set)(CQorStatus&, int);
+    int (*test)(const CQorStatus&);
+  } rows[] = {
+#define FLAG(value, name)                                            \
+  {                                                                  \
+    value, [](CQorStatus& status, int on) { status.Set##name(on); }, \
+        [](const CQorStatus& status) { return status.Is##name(); }   \
+  }
+      FLAG(0x1, Disable),    FLAG(0x2, ReadOnly),   FLAG(0x4, Deselect),
+      FLAG(0x8, Blank),      FLAG(0x10, Emphasis),  FLAG(0x20, Hottable),
+      FLAG(0x40, Hoverable), FLAG(0x400, Triangle), FLAG(0x800, TriangleRev)};
+#undef FLAG
+  for (const auto& row : rows) {
+    CQorStatus status(0u);
+    row.set(status, -1);
+    EXPECT_EQ(row.flag, static_cast<unsigned int>(status));
+    EXPECT_EQ(static_cast<int>(row.flag), row.test(status));
+    EXPECT_EQ(0, row.test(~row.flag));
+    status = 0xFFFFFFFFu;
+    row.set(status, 0);
+    EXPECT_TRUE(status == ~row.flag);
+  }
+}
+
+TEST(Status, Pairs) {
+  const struct {
+    int left, right;
+    unsigned int parentheses, comments;
+  } rows[] = {{0, 0, 0, 0}, {1, 0, 0x100, 0x10000}, {0, 2, 0x200, 0x20000}, {1, 1, 0x300, 0x30000}};
+  for (const auto& row : rows) {
+    CQorStatus status(0x30300u);
+    status.SetParenthesis(row.left, row.right);
+    status.SetComment(row.left, row.right);
+    EXPECT_EQ(row.parentheses | row.comments, static_cast<unsigned int>(status));
+    EXPECT_EQ(row.left != 0, status.IsParenthesisL() != 0);
+    EXPECT_EQ(row.left != 0, status.IsParenthesisR() != 0);  // the same test on purpose
+    EXPECT_EQ(row.left != 0, status.IsCommentL() != 0);
+    EXPECT_EQ(row.right != 0, status.IsCommentR() != 0);
+  }
+}
+
+TEST(Status, WholeWord) {
+  CQorStatus status;
+  EXPECT_EQ(1, status.IsEmpty());
+  status.SetBlank(1);
+  const CQorStatus copy(status);
+  EXPECT_EQ(1, status.IsEqual(8u));
+  EXPECT_TRUE(status == copy && !(status != copy) && status == 8u && status != 9u);
+  EXPECT_EQ(0, status.IsEmpty());
+  status.SetEmpty();
+  EXPECT_TRUE(status.IsEmpty() && status != copy);
+}

@@ -1,0 +1,82 @@
+#include "qorgen/exchange/space_one_line.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+
+#include "tests/support/text.h"
+
+namespace {
+
+class Line : public CQorSpaceOneLine {
+ public:
+  using CQorSpaceOneLine::AddLeft;
+  using CQorSpaceOneLine::AddRight;
+};
+
+TEST(SpaceOneLine, FieldsAreCutAndFilled) {
+  const struct {
+    const wchar_t* text;
+    int width;
+    const wchar_t* blanks;
+    const wchar_t* zeros;
+  } rows[] = {
+      {L"AB", 5, L"AB   ", L"000AB"},   {L"12", 5, L"12   ", L"00012"}, {L"123456", 3, L"123", L"123"},
+      {L"日本", 3, L"日本 ", L"0日本"}, {L"日本", 1, L"日", L"日"},     {L"abc", 0, L"", L""},
+      {L"abc", -1, L"", L""},           {L"abc", INT_MIN, L"", L""},    {nullptr, 2, L"  ", L"00"},
+      {L"", 2, L"  ", L"00"},
+  };
+  for (const auto& row : rows) {
+    Line line;
+    CString text(L"former");
+    line.AddSpace(row.text, row.width);
+    EXPECT_TEXT(row.blanks, line.MakeString(text));
+    line.Empty();
+    line.AddZero(row.text, row.width);
+    EXPECT_TEXT(row.zeros, line.MakeString(text));
+    EXPECT_EQ(1, line.GetCount());
+  }
+  // Fields wider than any line of a transfer file.
+  for (const int width : {1023, 1024, 1025, 100000}) {
+    Line line;
+    CString text;
+    line.AddSpace(CString(L'x', width + 1), width);
+    line.AddZero(L"7", width);
+    line.MakeString(text);
+    EXPECT_TRUE(text == CString(L'x', width) + CString(L'0', width - 1) + L"7") << width;
+  }
+}
+
+TEST(SpaceOneLine, FieldsJoinInOrder) {
+  CQorSpaceOneLine line;
+  CString text(L"former");
+  EXPECT_TEXT(L"", line.MakeString(text));
+  EXPECT_TEXT(L"", text);
+  line.AddSpace(L"口座", 3);
+  line.AddDate(2024 << 16 | 3 << 8 | 5);
+  line.AddZero(L"1200", 6);
+  line.AddDate(0);
+  EXPECT_EQ(4, line.GetCount());
+  EXPECT_EQ(text.GetString(), line.MakeString(text));
+  EXPECT_TEXT(L"口座 03050012000000", text);
+  CQorSpaceOneLine copy(line);
+  line.Empty();
+  EXPECT_EQ(0, line.GetCount());
+  line.AddSpace(L"b", 1);
+  EXPECT_TEXT(L"b", line.MakeString(text));
+  EXPECT_TEXT(L"口座 03050012000000", copy.MakeString(text));
+  copy = line;
+  EXPECT_TEXT(L"b", copy.MakeString(text));
+}
+
+TEST(SpaceOneLine, PadsOfAnyKind) {
+  Line line;
+  EXPECT_TEXT(L"**ab", line.AddLeft(L"ab", L"*", 4));
+  EXPECT_TEXT(L"ab＊＊", line.AddRight(L"ab", L"＊", 4));
+  EXPECT_TEXT(L"ab-+-+", line.AddRight(L"ab", L"-+", 4));
+  for (const long width : {2l, 0l, -1l}) EXPECT_TEXT(L"ab", line.AddLeft(L"ab", L"*", width));
+  for (const wchar_t* pad : {L"", static_cast<const wchar_t*>(nullptr)}) {
+    EXPECT_TEXT(L"ab", line.AddRight(L"ab", pad, 9));
+  }
+}
+
+}  // namespace

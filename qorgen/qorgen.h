@@ -35,6 +35,7 @@
 #include "qorgen/exchange/csv_file.h"
 #include "qorgen/exchange/csv_manager.h"
 #include "qorgen/exchange/import_manager.h"
+#include "qorgen/exchange/space_file.h"
 #include "qorgen/exchange/space_one_line.h"
 #include "qorgen/exchange/template_doc.h"
 #include "qorgen/exchange/type_converter.h"

@@ -1,65 +1,18 @@
 #include "qorgen/exchange/csv_file.h"
 
-#include <cerrno>
-#include <memory>
-#include <new>
-
-#include "qorgen/afx/exception.h"
+#include "qorgen/exchange/internal/legacy_text.h"
 #include "qorgen/exchange/internal/text_reuse.h"
-#include "qorgen/platform/codepage.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/held_stream.h"
-#include "qorgen/platform/locale.h"
 
 namespace {
 
 using qorgen::exchange::BorrowedText;
 using qorgen::exchange::IsWastefulText;
-using qorgen::exchange::LineReader;
-
-constexpr std::size_t kMaxWrittenText = 0x3FFFFFFF;
-
-void SetJapaneseLocale() {
-  _wsetlocale(LC_ALL, L"japanese");
-}
-
-// Decodes a line up to its first NUL byte. Throws CMemoryException* and leaves `line` as it was.
-void Decode(const char* bytes, std::size_t length, CString& line) {
-  if (const void* nul = std::memchr(bytes, 0, length)) {
-    length = static_cast<std::size_t>(static_cast<const char*>(nul) - bytes);
-  }
-  const int size = static_cast<int>(length);
-  if (IsWastefulText(line, size)) {
-    CString fresh;
-    fresh.Preallocate(size);
-    line.Swap(fresh);
-  }
-  wchar_t* const text = line.GetBuffer(size);
-  // No encoding here has more characters than bytes, so a sizing call would only repeat the work.
-  const int units = MultiByteToWideChar(CP_ACP, 0, bytes, size + 1, text, size + 1);
-  line.ReleaseBufferSetLength(units > 0 ? units - 1 : 0);
-}
-
-// The text as it comes back from the thread's code page; false when a conversion fails.
-bool ThroughCodePage(const wchar_t* text, CString& result) {
-  const std::size_t size = wcslen(text) + 1;
-  if (size > kMaxWrittenText) return false;
-  const int units = static_cast<int>(size);
-  const int room = units * 2;
-  char on_stack[1024];
-  std::unique_ptr<char[]> large;
-  if (static_cast<std::size_t>(room) > sizeof on_stack) {
-    large.reset(new (std::nothrow) char[static_cast<std::size_t>(room)]);
-    if (large == nullptr) return false;
-  }
-  char* const bytes = large != nullptr ? large.get() : on_stack;
-  const int count = WideCharToMultiByte(CP_THREAD_ACP, 0, text, units, bytes, room, nullptr, nullptr);
-  if (count <= 0) return false;
-  wchar_t* const back = result.GetBuffer(count);
-  const int length = MultiByteToWideChar(CP_THREAD_ACP, 0, bytes, count, back, count + 1);
-  result.ReleaseBufferSetLength(length > 0 ? length - 1 : 0);
-  return length > 0;
-}
+using qorgen::exchange::LegacyLine;
+using qorgen::exchange::ReadLegacyLine;
+using qorgen::exchange::SetJapaneseLocale;
+using qorgen::exchange::ThroughCodePage;
 
 }  // namespace
 
@@ -86,39 +39,21 @@ CQorCSVFile::CQorCSVFile(std::FILE* stream) : CStdioFile(stream) {}
 
 int CQorCSVFile::ReadString(CString& line) {
   if (m_pStream == nullptr) return 0;
-  switch (m_reader.Read(m_pStream)) {
-    case LineReader::Result::kEnd:
+  switch (ReadLegacyLine(m_reader, m_pStream, GetFilePath(), line)) {
+    case LegacyLine::kEnd:
       return 0;
-    case LineReader::Result::kFailed: {
-      const int error = errno;
-      clearerr(m_pStream);
-      CFileException::ThrowErrno(error != 0 ? error : EIO, GetFilePath());
-      return 0;
-    }
-    case LineReader::Result::kNoMemory:
+    case LegacyLine::kRead:
+      m_readLength = line.GetLength();
       return 1;
-    case LineReader::Result::kLine:
-      break;
+    default:
+      return 1;
   }
-  try {
-    Decode(m_reader.Text(), m_reader.Length(), line);
-    m_readLength = line.GetLength();
-  } catch (CMemoryException* exception) {
-    exception->Delete();
-  }
-  return 1;
 }
 
 void CQorCSVFile::WriteString(const wchar_t* text) {
   if (text == nullptr) return;
   BorrowedText converted(m_converted);
-  bool complete = false;
-  try {
-    complete = ThroughCodePage(text, *converted);
-  } catch (CMemoryException* exception) {
-    exception->Delete();
-  }
-  if (complete) CStdioFile::WriteString(*converted);
+  if (ThroughCodePage(text, *converted)) CStdioFile::WriteString(*converted);
   if (IsWastefulText(*converted, 0)) (*converted).Empty();
 }
 

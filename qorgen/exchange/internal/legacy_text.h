@@ -1,0 +1,31 @@
+#pragma once
+
+// Lines and texts in the system's legacy Japanese encoding, for the files of this folder that are in it. One
+// reader and one text belong to one thread at a time.
+
+#include <cstdio>
+
+#include "qorgen/afx/string.h"
+#include "qorgen/exchange/line_reader.h"
+
+namespace qorgen::exchange {
+
+// The conversion of text that is written follows the locale of the process.
+void SetJapaneseLocale();
+
+enum class LegacyLine {
+  kEnd,         // there is no further line
+  kRead,        // the line
+  kPassedOver,  // there was no memory for it; `line` is as it was
+};
+
+// Reads the next line, without its line ending and up to its first NUL byte, decoded whole: a character that
+// lies across two pieces of the reader does no harm. A read that fails throws CFileException* for `path`.
+LegacyLine ReadLegacyLine(LineReader& reader, std::FILE* stream, const CString& path, CString& line);
+
+// The text as it comes back from the code page, with the default character for what that lacks, so that a
+// text stream can't stop at it. False for a text of 0x3FFFFFFF characters or more, one that can't be
+// converted, and without memory.
+bool ThroughCodePage(const wchar_t* text, CString& result);
+
+}  // namespace qorgen::exchange

@@ -31,7 +31,7 @@ extern "C" int wmain(int argc, wchar_t** argv) {
   SetConsoleOutputCP(CP_UTF8);
   int status = program_main(argc, pointers.data());
   // Output that is lost here is lost without a word from the program.
-  if (std::fflush(nullptr) != 0 && status == 0) {
+  if ((std::fflush(nullptr) != 0 || std::ferror(stdout) != 0) && status == 0) {
     std::fprintf(stderr, "the output could not be written\n");
     status = 1;
   }

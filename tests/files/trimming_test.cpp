@@ -83,8 +83,12 @@ TEST_F(TrimmingTest, every_format_in_turn) {
   EXPECT_EQ(MakeBitmap(5, 4, PixelAt).substr(54), GetFile(In(L"d.bmp")).substr(54));
   EXPECT_EQ(1, CQorFileUtil::Trimming(In(source), 0, 0, 5, 4, In(L"写真.jpg")));
   ASSERT_EQ(1, CQorFileUtil::Trimming(In(source), 0, 0, 5, 4, In(L"c.gif")));
-  // Wine writes the format and doesn't read it.
+  // Wine leaves the picture out when it has to reduce the colours itself.
   EXPECT_TRUE(HoldsExceptOnWine(CQorFileUtil::Trimming(In(L"c.gif"), 0, 0, 5, 4, In(L"e.bmp")) == 1));
+  const char one_red_pixel[] = "GIF89a\1\0\1\0\x80\0\0\xFF\0\0\xFF\xFF\xFF,\0\0\0\0\1\0\1\0\0\2\2D\1\0;";
+  ASSERT_TRUE(PutFile(In(L"f.gif"), std::string(one_red_pixel, sizeof one_red_pixel - 1)));
+  EXPECT_EQ(1, CQorFileUtil::Trimming(In(L"f.gif"), 0, 0, 1, 1, In(L"g.bmp")));
+  EXPECT_EQ(std::string("\0\0\xFF\0", 4), GetFile(In(L"g.bmp")).substr(54));
 }
 
 TEST_F(TrimmingTest, refused) {

@@ -30,8 +30,8 @@
 //
 // Processes share the tree without locks: the last writer of a value wins, and a reader that meets a
 // half-written file reads what is there; two that write one value at the very same moment may leave a text of
-// both. A write that fails may leave an empty or cut file. Writing makes the
-// missing folders of the key, and reading a number or a text with a default stores the default.
+// both. A write that fails may leave an empty or cut file. Writing makes the missing folders of the key, and
+// reading a missing number or text with a default stores the default.
 //
 // An int result is 1 for success or yes, else 0. A read that fails looks like 0, an empty text or null, and
 // there is no record of the error. Nothing is thrown but for exhausted memory outside the reading and writing

@@ -136,13 +136,13 @@ unsigned long long CStdioFile::Seek(long long lOff, unsigned int nFrom) {
 }
 
 void CStdioFile::SetLength(unsigned long long dwNewLen) {
-  FILE* stream = SettledStream();
+  FILE* stream = OpenStream();
   if (m_hFile == hFileNull) AfxThrowNotSupportedException();
   if (dwNewLen > LLONG_MAX) {
     AfxThrowFileException(CFileException::genericException, static_cast<LONG>(ERROR_INVALID_PARAMETER),
                           m_strFileName);
   }
-  if (fflush(stream) != 0) ThrowErrno();
+  if (FlushStream(stream) != 0) ThrowErrno();
   // The system cuts at its own position, which is not where the stream believes to be.
   LARGE_INTEGER place;
   place.QuadPart = static_cast<long long>(dwNewLen);
@@ -158,7 +158,7 @@ unsigned long long CStdioFile::GetLength() const {
   const long long position = TellStream(stream);
   LARGE_INTEGER size;
   if (m_hFile != hFileNull) {
-    if (position < 0 && fflush(stream) != 0) ThrowErrno();
+    if (position < 0 && FlushStream(stream) != 0) ThrowErrno();
     if (!GetFileSizeEx(m_hFile, &size)) ThrowLastError();
     return static_cast<unsigned long long>(std::max<long long>(size.QuadPart, position));
   }
@@ -239,7 +239,7 @@ void CStdioFile::Abort() {
 }
 
 void CStdioFile::Flush() {
-  if (m_pStream != nullptr && fflush(SettledStream()) != 0) ThrowErrno();
+  if (m_pStream != nullptr && FlushStream(m_pStream) != 0) ThrowErrno();
 }
 
 void CStdioFile::Close() {

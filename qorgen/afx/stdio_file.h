@@ -44,7 +44,7 @@ class QORGEN_API CStdioFile : public CFile {
   unsigned int Read(void* lpBuf, unsigned int nCount) override;
   void Write(const void* lpBuf, unsigned int nCount) override;
   void Abort() override;
-  // Hands what is buffered to the system.
+  // Hands what was written to the system. A stream that is being read keeps its place.
   void Flush() override;
   // A failure to write what is buffered is thrown after the stream has been closed.
   void Close() override;

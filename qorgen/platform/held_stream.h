@@ -43,6 +43,9 @@ std::size_t GetBytes(void* buffer, std::size_t count, FILE* stream);
 // As ftello64 and fseeko64. What was written is handed to the system first.
 long long TellStream(FILE* stream);
 int SeekStream(FILE* stream, long long offset, int origin);
+// As fflush for what was written. A stream that is being read keeps its place, which fflush would drop
+// together with the runtime's buffer.
+int FlushStream(FILE* stream);
 
 #else
 
@@ -63,6 +66,9 @@ inline long long TellStream(FILE* stream) {
 }
 inline int SeekStream(FILE* stream, long long offset, int origin) {
   return fseeko64(stream, offset, origin);
+}
+inline int FlushStream(FILE* stream) {
+  return fflush(stream);
 }
 
 #endif

@@ -180,6 +180,7 @@ TEST(CStdioFile, KeepsItsPlaceHoweverItIsRead) {
     CStdioFile borrowed(stream);
     EXPECT_EQ(borrowed.Read(bytes, 2), 2u);
     EXPECT_EQ(borrowed.GetLength(), 15u);
+    borrowed.Flush();
     EXPECT_EQ(borrowed.GetPosition(), 2u);
   }
   EXPECT_EQ(fgetc(stream), 'B');

@@ -478,4 +478,10 @@ int SeekStream(FILE* stream, long long offset, int origin) {
   return 0;
 }
 
+int FlushStream(FILE* stream) {
+  Held* const held = Find(stream);
+  if (held != nullptr && !Settle(*held)) return EOF;
+  return (stream->_flag & _IOWRT) != 0 ? fflush(stream) : 0;
+}
+
 }  // namespace qorgen::platform

@@ -34,6 +34,7 @@
 #include "qorgen/core/exception.h"
 #include "qorgen/exchange/csv_file.h"
 #include "qorgen/exchange/csv_manager.h"
+#include "qorgen/exchange/export_base.h"
 #include "qorgen/exchange/import_manager.h"
 #include "qorgen/exchange/space_file.h"
 #include "qorgen/exchange/space_one_line.h"

@@ -124,7 +124,9 @@ class QORGEN_API CString {
   // A negative length throws the invalid-argument exception.
   void SetString(const wchar_t* text, int length) {
     qorgen::afx::TextHeader* header = HeaderOf(m_pszData);
-    if (length > 0 && length <= header->capacity && text != nullptr && IsOnlyOwner(header)) {
+    // The empty text that strings without a block share has no capacity.
+    if (header->capacity != 0 && length >= 0 && length <= header->capacity && text != nullptr &&
+        IsOnlyOwner(header)) {
       std::memmove(m_pszData, text, static_cast<std::size_t>(length) * sizeof(wchar_t));
       header->length = length;
       m_pszData[length] = 0;

@@ -10,6 +10,7 @@ namespace {
 using qorgen::exchange::BorrowedText;
 using qorgen::exchange::IsWastefulText;
 using qorgen::exchange::LegacyLine;
+using qorgen::exchange::PutLegacyText;
 using qorgen::exchange::ReadLegacyLine;
 using qorgen::exchange::SetJapaneseLocale;
 using qorgen::exchange::ThroughCodePage;
@@ -51,7 +52,7 @@ int CQorCSVFile::ReadString(CString& line) {
 }
 
 void CQorCSVFile::WriteString(const wchar_t* text) {
-  if (text == nullptr) return;
+  if (text == nullptr || PutLegacyText(m_pStream, text, m_strFileName)) return;
   BorrowedText converted(m_converted);
   if (ThroughCodePage(text, *converted)) CStdioFile::WriteString(*converted);
   if (IsWastefulText(*converted, 0)) (*converted).Empty();
@@ -86,6 +87,10 @@ int CQorCSVFile::WriteLine(CQorCSVManager& manager, unsigned int delimiterType_,
   manager.SetQuatesType(quotes);
   BorrowedText line(m_line);
   manager.MakeString(*line);
+  if (wcslen(*line) != static_cast<std::size_t>((*line).GetLength())) {
+    manager.CutAtZeros();
+    manager.MakeString(*line);
+  }
   if (lineNumber != nullptr) manager.AdjustCommentLine(*line, *lineNumber);
   (*line).AppendChar(L'\n');
   WriteString(*line);

@@ -2,23 +2,29 @@
 
 #include <array>
 #include <bit>
+#include <climits>
 #include <cstdint>
 #include <stdexcept>
 
+#include "qorgen/afx/exception.h"
 #include "qorgen/exchange/internal/line_scan.h"
 #include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/exchange/internal/white_space.h"
 
 namespace {
 
+using qorgen::exchange::CopyToQuote;
 using qorgen::exchange::FieldList;
 using qorgen::exchange::IsSpace;
+using qorgen::exchange::kCopySlack;
 using qorgen::exchange::LineMarks;
 using qorgen::exchange::MayBeSpace;
 using qorgen::exchange::RegularLine;
 using qorgen::exchange::UnitSet;
 
-static_assert(qorgen::exchange::FieldList::kPadding >= qorgen::exchange::kMarkBlock, "what a block may read");
+static_assert(qorgen::exchange::FieldList::kPadding >= qorgen::exchange::kMarkBlock &&
+                  qorgen::exchange::FieldList::kPadding >= kCopySlack,
+              "what a block may read");
 
 struct DelimiterFlag {
   unsigned int flag;
@@ -105,19 +111,46 @@ bool SplitRegular(FieldList& fields, wchar_t* text, std::size_t length, const Un
   return true;
 }
 
-void AppendQuoted(CString& line, const wchar_t* text, std::size_t length, wchar_t quote) {
-  const wchar_t* const end = text + length;
-  line.AppendChar(quote);
-  while (text != end) {
-    const wchar_t* stop = text;
-    while (stop != end && *stop != quote) ++stop;
-    if (stop != end) ++stop;
-    line.Append(text, static_cast<int>(stop - text));
-    if (stop[-1] == quote) line.AppendChar(quote);
-    text = stop;
+// Writes a line into the block of a string, which grows ahead of it.
+class LineWriter {
+ public:
+  explicit LineWriter(CString& line) : line_(line) { line_.SetString(nullptr, 0); }
+
+  // Room for `units` more, and what CopyToQuote writes beyond.
+  void Reserve(std::size_t units) {
+    if (room_ - length_ >= units + kCopySlack) return;
+    line_.ReleaseBufferSetLength(static_cast<int>(length_));
+    const std::size_t wanted = length_ + units + kCopySlack;
+    if (wanted > INT_MAX) AfxThrowMemoryException();
+    text_ = line_.GetBuffer(static_cast<int>(wanted));
+    room_ = static_cast<std::size_t>(line_.GetAllocLength());
   }
-  line.AppendChar(quote);
-}
+  void Put(wchar_t unit) { text_[length_++] = unit; }
+  void PutPlain(const wchar_t* text, std::size_t length) {
+    // Most fields are a few units long: not worth a call.
+    length_ += CopyToQuote(text_ + length_, text, length, 0);
+  }
+  // With every quote in it doubled.
+  void PutQuoted(const wchar_t* text, std::size_t length, wchar_t quote) {
+    while (length != 0) {
+      const std::size_t count = CopyToQuote(text_ + length_, text, length, quote);
+      length_ += count;
+      if (text[count - 1] == quote) {
+        Reserve(length - count + 2);
+        Put(quote);
+      }
+      text += count;
+      length -= count;
+    }
+  }
+  void Finish() { line_.ReleaseBufferSetLength(static_cast<int>(length_)); }
+
+ private:
+  CString& line_;
+  wchar_t* text_ = nullptr;
+  std::size_t length_ = 0;
+  std::size_t room_ = 0;
+};
 
 }  // namespace
 
@@ -240,18 +273,31 @@ void CQorCSVManager::AdjustCommentLine(CString& line, int lineNumber) {
 
 const wchar_t* CQorCSVManager::MakeString(CString& line) {
   if (delimiterType == 0) return nullptr;
-  line.SetString(nullptr, 0);
   const wchar_t delimiter = WrittenDelimiter(delimiterType);
+  LineWriter writer(line);
   for (std::size_t i = 0; i < elements.Count(); ++i) {
-    if (i != 0 && delimiter != 0) line.AppendChar(delimiter);
+    const std::size_t length = elements.Length(i);
     const wchar_t quote = QuoteCharacter(i < quotes.size() ? quotes[i] : quotesType);
-    if (quote != 0) {
-      AppendQuoted(line, elements.Text(i), elements.Length(i), quote);
-    } else {
-      line.Append(elements.Text(i), static_cast<int>(elements.Length(i)));
+    writer.Reserve(length + 3);
+    if (i != 0 && delimiter != 0) writer.Put(delimiter);
+    if (quote == 0) {
+      writer.PutPlain(elements.Text(i), length);
+      continue;
     }
+    writer.Put(quote);
+    writer.PutQuoted(elements.Text(i), length, quote);
+    writer.Put(quote);
   }
+  writer.Finish();
   return line;
+}
+
+void CQorCSVManager::CutAtZeros() {
+  const FieldList whole(elements);
+  elements.Clear();
+  for (std::size_t i = 0; i < whole.Count(); ++i) {
+    elements.Append(whole.Text(i), static_cast<std::size_t>(CString::StringLength(whole.Text(i))));
+  }
 }
 
 int CQorCSVManager::GetCount() const {

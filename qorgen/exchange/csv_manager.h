@@ -102,9 +102,14 @@ class QORGEN_API CQorCSVManager {
   friend class CQorTypeConverter;  // reads fields with their lengths
   friend class CQorImportManager;  // reads the raw line without sharing its block
   friend class CQorCSVFile;        // hands over lines
+  friend class CQorExportBase;     // hands over fields with their lengths
 
   // SetElements of a line without a U+0000, which becomes the raw line without a copy: `line` has the block
   // of the raw line before it afterwards.
   void SwapElements(CString& line, unsigned int delimiterType, CSVMGR_QUOTES quotes, int someAsOne);
   void Split(const wchar_t* line, std::size_t length);
+  // AddElement without a look for a U+0000 in the text. CutAtZeros makes up for it, and has to be called
+  // before the fields are used if there is one.
+  void AddText(const wchar_t* text, std::size_t length) { elements.Append(text, length); }
+  void CutAtZeros();
 };

@@ -7,6 +7,7 @@
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/exchange/internal/text_reuse.h"
+#include "qorgen/platform/ansi_text.h"
 #include "qorgen/platform/codepage.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/locale.h"
@@ -82,6 +83,15 @@ LegacyLine ReadLegacyLine(LineReader& reader, std::FILE* stream, const CString& 
     exception->Delete();
     return LegacyLine::kPassedOver;
   }
+}
+
+bool PutLegacyText(std::FILE* stream, const wchar_t* text, const CString& path) {
+  using platform::AnsiPut;
+  const std::size_t length = wcslen(text);
+  if (stream == nullptr || length >= kMaxWrittenText) return false;
+  const AnsiPut put = platform::PutAnsiText(stream, text, length);
+  if (put == AnsiPut::kFailed) CFileException::ThrowErrno(errno != 0 ? errno : EIO, path);
+  return put != AnsiPut::kNotHere;
 }
 
 bool ThroughCodePage(const wchar_t* text, CString& result) {

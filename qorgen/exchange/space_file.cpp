@@ -25,7 +25,7 @@ int CQorSpaceFile::Write(CQorSpaceOneLine& line) {
 }
 
 void CQorSpaceFile::WriteString(const wchar_t* text) {
-  if (text == nullptr) return;
+  if (text == nullptr || qorgen::exchange::PutLegacyText(m_pStream, text, m_strFileName)) return;
   BorrowedText converted(m_converted);
   if (qorgen::exchange::ThroughCodePage(text, *converted)) CStdioFile::WriteString(*converted);
   if (IsWastefulText(*converted, 0)) (*converted).Empty();

@@ -23,6 +23,11 @@ enum class LegacyLine {
 // lies across two pieces of the reader does no harm. A read that fails throws CFileException* for `path`.
 LegacyLine ReadLegacyLine(LineReader& reader, std::FILE* stream, const CString& path, CString& line);
 
+// Writes the text as it comes back from the code page in a single pass, where the host can do that to this
+// stream; false where it can't, and ThroughCodePage comes before the stream's own writer. A write error
+// throws CFileException* for `path`.
+bool PutLegacyText(std::FILE* stream, const wchar_t* text, const CString& path);
+
 // The text as it comes back from the code page, with the default character for what that lacks, so that a
 // text stream can't stop at it. False for a text of 0x3FFFFFFF characters or more, one that can't be
 // converted, and without memory.

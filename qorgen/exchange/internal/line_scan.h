@@ -56,6 +56,36 @@ inline std::uint64_t MarkUnit(const wchar_t* text, wchar_t unit) {
 }
 #endif
 
+// Copies a text up to and with its first `quote`, or whole; gives how many units that were. Up to 7 units
+// behind the end of either text may be read and written.
+inline std::size_t CopyToQuotePlain(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
+  for (std::size_t i = 0; i < length; ++i) {
+    to[i] = from[i];
+    if (from[i] == quote) return i + 1;
+  }
+  return length;
+}
+
+#if defined(__SSE2__)
+inline std::size_t CopyToQuote(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
+  const __m128i wanted = _mm_set1_epi16(static_cast<short>(quote));
+  for (std::size_t i = 0; i < length; i += 8) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + i));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + i), block);
+    const auto marks = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, wanted)));
+    if (marks == 0) continue;
+    const std::size_t end = i + static_cast<std::size_t>(std::countr_zero(marks)) / 2 + 1;
+    return end < length ? end : length;
+  }
+  return length;
+}
+#else
+inline std::size_t CopyToQuote(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
+  return CopyToQuotePlain(to, from, length, quote);
+}
+#endif
+inline constexpr std::size_t kCopySlack = 7;
+
 // The marks of one line. Up to 63 units behind the line are read, and not looked at; the line may be changed
 // at places that have been passed. Positions are asked for in rising order, except that a step back costs no
 // more than one block.

@@ -60,7 +60,11 @@ BOOL DeleteFileW(LPCWSTR path) {
   if (!ToHost(path, host)) return FALSE;
   struct stat facts;
   if (!Look(host, facts)) return FailWithErrno(host);
-  if (S_ISDIR(facts.st_mode)) return Fail(ERROR_ACCESS_DENIED);
+  // Devices are no files on the platform; here their names, and links to them, must not go with a failed
+  // write to them.
+  if (S_ISDIR(facts.st_mode) || S_ISCHR(facts.st_mode) || S_ISBLK(facts.st_mode)) {
+    return Fail(ERROR_ACCESS_DENIED);
+  }
   if (!IsLink(host)) {
     if (IsReadOnly(facts)) return Fail(ERROR_ACCESS_DENIED);
     if (!MayUse(facts, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE)) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "qorgen/platform/ansi_text.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/linux/codepage/codec.h"
 #include "qorgen/platform/linux/crt/stream.h"
@@ -347,6 +348,18 @@ bool PutAnsi(FILE* stream, const wchar_t* text, size_t units) {
   return PutBytes(stream, bytes.data(), progress.written);
 }
 
+// The same with the default character for those without a code.
+bool PutAnsiReplaced(FILE* stream, const wchar_t* text, size_t units) {
+  std::array<char, 2 * kPiece> bytes;
+  Encoding932 encoding;
+  for (size_t done = 0; done < units; done += kPiece) {
+    const size_t piece = std::min(kPiece, units - done);
+    const Progress progress = Encode932(text + done, piece, bytes.data(), bytes.size(), encoding);
+    if (!PutBytes(stream, bytes.data(), progress.written)) return false;
+  }
+  return true;
+}
+
 bool PutUtf8(StreamState& state, FILE* stream, const wchar_t* text, size_t units) {
   std::array<char, 3 * (kPiece + 1)> bytes;
   std::array<wchar_t, kPiece + 1> joined;
@@ -382,18 +395,25 @@ bool PutRun(StreamState& state, FILE* stream, const wchar_t* text, size_t units)
   return true;
 }
 
-bool Put(StreamState& state, FILE* stream, const wchar_t* text, size_t units) {
-  if (!state.translate) return PutRun(state, stream, text, units);
+// Text with line ends as a text stream has them on disk; `put` takes the runs between them.
+template <class PutPiece>
+bool PutLines(const wchar_t* text, size_t units, PutPiece put) {
   const wchar_t* const end = text + units;
   while (text != end) {
     const wchar_t* feed = wmemchr(text, L'\n', static_cast<size_t>(end - text));
     const wchar_t* stop = feed == nullptr ? end : feed;
-    if (!PutRun(state, stream, text, static_cast<size_t>(stop - text))) return false;
+    if (!put(text, static_cast<size_t>(stop - text))) return false;
     if (feed == nullptr) break;
-    if (!PutRun(state, stream, L"\r\n", 2)) return false;
+    if (!put(L"\r\n", 2)) return false;
     text = feed + 1;
   }
   return true;
+}
+
+bool Put(StreamState& state, FILE* stream, const wchar_t* text, size_t units) {
+  if (!state.translate) return PutRun(state, stream, text, units);
+  return PutLines(text, units,
+                  [&](const wchar_t* run, size_t length) { return PutRun(state, stream, run, length); });
 }
 
 bool PutWide(FILE* stream, const wchar_t* text, size_t units) {
@@ -411,6 +431,18 @@ bool Refuse() {
 }
 
 }  // namespace
+
+namespace qorgen::platform {
+
+AnsiPut PutAnsiText(FILE* stream, const wchar_t* text, size_t units) {
+  const StreamState* const state = stream != nullptr ? FindStream(stream) : nullptr;
+  if (state == nullptr || !state->translate || state->encoding != Encoding::kAnsi) return AnsiPut::kNotHere;
+  const bool good = PutLines(
+      text, units, [&](const wchar_t* run, size_t length) { return PutAnsiReplaced(stream, run, length); });
+  return good ? AnsiPut::kDone : AnsiPut::kFailed;
+}
+
+}  // namespace qorgen::platform
 
 char* qorgen_fgets(char* buffer, int capacity, FILE* stream) {
   if (buffer == nullptr || capacity <= 0 || stream == nullptr) return Refuse(), nullptr;

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
-#include <string>
+#include <tuple>
+#include <vector>
 
+#include "qorgen/afx/array.h"
 #include "qorgen/text/find_text.h"
 #include "qorgen/text/string_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 #include "tests/text/stepwise.h"
 
@@ -30,89 +33,79 @@ int Expected(const Text16& text, const Text16& pattern, int mode) {
   }
 }
 
-TEST(StrCompare, modes) {
+constexpr unsigned char kModes[] = {0, 1, 2, 3, 4, 5, 6, 255};
+
+TEST(StrCompare, modes_with_and_without_folding) {
   std::mt19937 random(34);
-  const auto short_text = [&](std::size_t longest) {
-    Text16 text;
-    for (std::size_t left = random() % (longest + 1); left > 0; --left) text += u"abカ"[random() % 3];
-    return text;
-  };
+  const auto fold = [](const Text16& text) { return stepwise::Wide(stepwise::Upper(text)); };
   for (int i = 0; i < 20000; ++i) {
-    const Text16 text = short_text(8), pattern = short_text(3);
-    for (int mode : {0, 1, 2, 3, 4, 5, 6, 255}) {
-      ASSERT_EQ(Expected(text, pattern, mode), CQorStringUtil::StrCompare(WideCopy(text), WideCopy(pattern),
-                                                                          static_cast<unsigned char>(mode)))
-          << Utf8(WideCopy(text)) << ' ' << Utf8(WideCopy(pattern)) << ' ' << mode;
+    Text16 text, pattern;
+    for (unsigned left = random() % 9; left > 0; --left) text += u"abカAｶﾞ"[random() % 6];
+    for (unsigned left = random() % 4; left > 0; --left) pattern += u"abカAｶﾞ"[random() % 6];
+    if (i % 4 == 0) text = RandomText(random, 6), pattern = RandomText(random, 2);
+    if (i % 8 == 0) pattern = fold(text);
+    const WideCopy wide_text(text), wide_pattern(pattern);
+    for (unsigned char mode : kModes) {
+      ASSERT_EQ(Expected(text, pattern, mode), CQorStringUtil::StrCompare(wide_text, wide_pattern, mode, 0))
+          << Utf8(wide_text) << ' ' << Utf8(wide_pattern) << ' ' << int{mode};
+      ASSERT_EQ(Expected(fold(text), fold(pattern), mode),
+                CQorStringUtil::StrCompare(wide_text, wide_pattern, mode, 1))
+          << Utf8(wide_text) << ' ' << Utf8(wide_pattern) << ' ' << int{mode};
     }
   }
-}
-
-TEST(StrCompare, null_and_empty) {
-  for (unsigned char mode = 0; mode < 7; ++mode) {
-    EXPECT_EQ(0, CQorStringUtil::StrCompare(nullptr, L"a", mode));
-    EXPECT_EQ(0, CQorStringUtil::StrCompare(L"a", nullptr, mode));
-    EXPECT_EQ(0, CQorStringUtil::StrCompare(nullptr, nullptr, mode, 0));
-  }
-  EXPECT_EQ(1, CQorStringUtil::StrCompare(L"", L"", STRCOMPARE_EQUAL));
-  EXPECT_EQ(0, CQorStringUtil::StrCompare(L"a", L"", STRCOMPARE_CONTAINS));
-  EXPECT_EQ(0, CQorStringUtil::StrCompare(L"a", L"", STRCOMPARE_NOTCONTAINS));
-  // With folding, null takes part as an empty text.
-  EXPECT_EQ(1, CQorStringUtil::StrCompare(nullptr, L"a", STRCOMPARE_NOTEQUAL, 1));
-  EXPECT_EQ(1, CQorStringUtil::StrCompare(nullptr, L"", STRCOMPARE_EQUAL, 1));
-}
-
-TEST(StrCompare, folds_width_case_and_small_kana) {
   EXPECT_EQ(1, CQorStringUtil::StrCompare(L"ｶﾞｯﾂ abc", L"ガツツ　ＡＢＣ", STRCOMPARE_EQUAL, 1));
   EXPECT_EQ(1, CQorStringUtil::StrCompare(L"ｯﾞ", L"ヅ", STRCOMPARE_EQUAL, 1)) << "large before it is widened";
   EXPECT_EQ(0, CQorStringUtil::StrCompare(L"か", L"カ", STRCOMPARE_EQUAL, 1)) << "hiragana stays";
-  EXPECT_EQ(0, CQorStringUtil::StrCompare(L"a", L"A", STRCOMPARE_EQUAL, 0));
-  std::mt19937 random(35);
-  for (int i = 0; i < 3000; ++i) {
-    const Text16 a = RandomText(random, 6), b = RandomText(random, 2);
-    const auto fold = [](const Text16& text) { return stepwise::Wide(stepwise::Upper(text, false)); };
-    EXPECT_EQ(1, CQorStringUtil::StrCompare(WideCopy(a), WideCopy(fold(a)), STRCOMPARE_EQUAL, 1) |
-                     (fold(fold(a)) != fold(a) ? 1 : 0));
-    for (unsigned char mode = 0; mode <= 5; ++mode) {
-      ASSERT_EQ(Expected(fold(a), fold(b), mode),
-                CQorStringUtil::StrCompare(WideCopy(a), WideCopy(b), mode, 1));
-    }
+}
+
+TEST(StrCompare, of_null) {
+  for (unsigned char mode : kModes) {
+    EXPECT_EQ(0, CQorStringUtil::StrCompare(nullptr, L"a", mode));
+    EXPECT_EQ(0, CQorStringUtil::StrCompare(L"a", nullptr, mode));
+    EXPECT_EQ(0, CQorStringUtil::StrCompare(nullptr, nullptr, mode, 0));
+    // With folding, null takes part as an empty text.
+    EXPECT_EQ(Expected(u"", u"A", mode), CQorStringUtil::StrCompare(nullptr, L"A", mode, 1));
+    EXPECT_EQ(Expected(u"A", u"", mode), CQorStringUtil::StrCompare(L"A", nullptr, mode, 1));
   }
 }
 
 TEST(StrCompareForSearch, last_character_may_wait_for_its_mark) {
-  struct {
-    const wchar_t *text, *pattern;
-    unsigned char mode;
-    int expected;
-  } const rows[] = {
-      {L"ガス", L"か", STRCOMPARE_STARTSWITH, 1},
-      {L"パン", L"は", STRCOMPARE_STARTSWITH, 1},
-      {L"バン", L"ﾊ", STRCOMPARE_STARTSWITH, 1},
-      {L"ヴァン", L"う", STRCOMPARE_STARTSWITH, 1},
-      {L"ガラス", L"からす", STRCOMPARE_EQUAL, 0},  // only the last one
-      {L"カス", L"ガ", STRCOMPARE_STARTSWITH, 0},   // and never the text
-      {L"カブシキ", L"かぶ", STRCOMPARE_STARTSWITH, 1},
-      {L"カ", L"か", STRCOMPARE_NOTEQUAL, 1},  // a variant turns the negative modes
-      {L"カ", L"か", STRCOMPARE_NOTCONTAINS, 1},
-      {L"ア", L"あ", STRCOMPARE_NOTEQUAL, 0},
-      {L"ア", L"", STRCOMPARE_CONTAINS, 0},
-      {L"", L"", STRCOMPARE_EQUAL, 1},
-      {nullptr, L"あ", STRCOMPARE_NOTEQUAL, 0},
-      {L"ア", nullptr, STRCOMPARE_NOTEQUAL, 0},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.expected, CQorStringUtil::StrCompareForSearch(row.text, row.pattern, row.mode))
-        << Utf8(row.text) << ' ' << Utf8(row.pattern) << ' ' << int{row.mode};
+  // ガラス: only the last one waits, and never the text. NOTEQUAL: a variant turns the negative modes.
+  using Row = std::tuple<const wchar_t*, const wchar_t*, unsigned char, int>;
+  for (const auto& [text, pattern, mode, expected] :
+       Rows(Row(L"ガス", L"か", STRCOMPARE_STARTSWITH, 1), Row(L"パン", L"は", STRCOMPARE_STARTSWITH, 1),
+            Row(L"バン", L"ﾊ", STRCOMPARE_STARTSWITH, 1), Row(L"ヴァン", L"う", STRCOMPARE_STARTSWITH, 1),
+            Row(L"ガラス", L"からす", STRCOMPARE_EQUAL, 0), Row(L"カス", L"ガ", STRCOMPARE_STARTSWITH, 0),
+            Row(L"カブシキ", L"かぶ", STRCOMPARE_STARTSWITH, 1), Row(L"カ", L"か", STRCOMPARE_NOTEQUAL, 1),
+            Row(L"カ", L"か", STRCOMPARE_NOTCONTAINS, 1), Row(L"ア", L"あ", STRCOMPARE_NOTEQUAL, 0),
+            Row(L"ア", L"", STRCOMPARE_CONTAINS, 0), Row(L"", L"", STRCOMPARE_EQUAL, 1),
+            Row(nullptr, L"あ", STRCOMPARE_NOTEQUAL, 0), Row(L"ア", nullptr, STRCOMPARE_NOTEQUAL, 0))) {
+    EXPECT_EQ(expected, CQorStringUtil::StrCompareForSearch(text, pattern, mode))
+        << Utf8(text) << ' ' << Utf8(pattern) << ' ' << int{mode};
   }
 }
 
 TEST(CompareStringW, orders_by_unsigned_units) {
-  EXPECT_EQ(0, CQorStringUtil::CompareStringW(L"", L""));
-  EXPECT_EQ(-1, CQorStringUtil::CompareStringW(L"", L"a"));
-  EXPECT_EQ(1, CQorStringUtil::CompareStringW(L"ab", L"a"));
-  EXPECT_EQ(-1, CQorStringUtil::CompareStringW(L"aB", L"ab"));
-  EXPECT_EQ(1, CQorStringUtil::CompareStringW(L"\xFF71", L"\x4E00"));
-  EXPECT_EQ(1, CQorStringUtil::CompareStringW(L"\xFF71", L"\xD83D\xDE00"));
+  const wchar_t* const ordered[] = {L"", L"a", L"aB", L"ab", L"\x4E00", L"\xD83D\xDE00", L"\xFF71"};
+  for (int a = 0; a < 7; ++a) {
+    for (int b = 0; b < 7; ++b) {
+      EXPECT_EQ((a > b) - (a < b), CQorStringUtil::CompareStringW(ordered[a], ordered[b])) << a << ' ' << b;
+    }
+  }
+}
+
+TEST(IsMatch, wants_every_pattern) {
+  // Blank texts match nothing, an empty pattern fails the match, and the text is searched untrimmed.
+  using Row = std::tuple<const wchar_t*, std::vector<const wchar_t*>, int, int>;
+  for (const auto& [text, list, fold, expected] :
+       Rows(Row(L"abc", {}, 0, 0), Row(L"abc", {L"b", L"c"}, 0, 1), Row(L"ＡＢＣ", {L"b", L"c"}, 0, 0),
+            Row(L"ＡＢＣ", {L"b", L"c"}, 1, 1), Row(L"ab", {L"b", L"c"}, 1, 0),
+            Row(L"ab", {L"b", L"c"}, 0, 0), Row(L"abc", {L"b", L""}, 0, 0), Row(L"abc", {L"", L"b"}, 1, 0),
+            Row(L"  \x3000", {L" "}, 0, 0), Row(nullptr, {L" "}, 1, 0), Row(L" a", {L" "}, 0, 1))) {
+    CStringArray patterns;
+    for (const wchar_t* pattern : list) patterns.Add(pattern);
+    EXPECT_EQ(expected, CQorStringUtil::IsMatch(text, patterns, fold)) << Utf8(text) << ' ' << list.size();
+  }
 }
 
 // Periodic and almost periodic texts, where naive methods and wrong shifts show.

@@ -1,12 +1,16 @@
+// Texts in web addresses, versions, scalars, and what the system says.
+
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "qorgen/afx/date_time.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/text/string_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 #include "tests/support/wine.h"
 
@@ -15,62 +19,43 @@ namespace {
 using namespace qorgen::tests;
 
 TEST(WebText, encodes) {
-  struct {
-    const wchar_t* text;
-    const char* encoded;
-  } const rows[] = {
-      {L"", ""},
-      {nullptr, ""},
-      {L"a Z0", "a+Z0"},
-      {L"$-_.!*'(),", "$-_.!*'(),"},
-      {L"+%&/~\"", "%2B%25%26%2F%7E%22"},
-      {L"あ", "%E3%81%82"},
-      {L"é\x01", "%C3%A9%01"},
-      {L"\xD83D\xDE00", "%F0%9F%98%80"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(row.encoded, Utf8(CQorStringUtil::EncodeUTF16ToUTF8(row.text)));
-  std::string expected;
-  CString text;
-  for (int i = 0; i < 250; ++i) {
-    text.AppendChar(L'漢');
-    expected += "%E6%BC%A2";
+  using Row = std::tuple<const wchar_t*, const char*>;
+  for (const auto& [text, encoded] :
+       Rows(Row(L"", ""), Row(nullptr, ""), Row(L"a Z0$-_.!*'(),", "a+Z0$-_.!*'(),"),
+            Row(L"+%&/~\"", "%2B%25%26%2F%7E%22"),
+            Row(L"あé\x01\xD83D\xDE00", "%E3%81%82%C3%A9%01%F0%9F%98%80"))) {
+    EXPECT_EQ(encoded, Utf8(CQorStringUtil::EncodeUTF16ToUTF8(text)));
   }
-  EXPECT_EQ(expected, Utf8(CQorStringUtil::EncodeUTF16ToUTF8(text)));
+  std::string expected;
+  for (int i = 0; i < 250; ++i) expected += "%E6%BC%A2";
+  EXPECT_EQ(expected, Utf8(CQorStringUtil::EncodeUTF16ToUTF8(CString(L'漢', 250))));
 }
 
 TEST(WebText, decodes) {
-  struct {
-    const char* text;
-    const wchar_t* decoded;
-  } const rows[] = {
-      {"", L""},
-      {nullptr, L""},
-      {"a+b", L"a+b"},  // not the exact way back
-      {"%E3%81%82%e3%81%84", L"あい"},
-      {"%F0%9F%98%80", L"\xD83D\xDE00"},
-      {"100%", L"100%"},
-      {"%4", L"%4"},
-      {"%zz%4g%41", L"%zz%4gA"},
-      {"a%00b", L"a"},
-  };
-  for (const auto& row : rows) {
+  using Row = std::tuple<const char*, const wchar_t*>;
+  for (const auto& [text, decoded] :
+       Rows(Row("", L""), Row(nullptr, L""), Row("a+b", L"a+b"), Row("%E3%81%82%e3%81%84", L"あい"),
+            Row("%F0%9F%98%80", L"\xD83D\xDE00"), Row("100%", L"100%"), Row("%4", L"%4"),
+            Row("%zz%4g%41", L"%zz%4gA"), Row("a%00b", L"a"))) {
     wchar_t dest[32] = L"#";
-    EXPECT_EQ(1, CQorStringUtil::EncodeUTF8ToUTF16(row.text, dest));
-    EXPECT_TEXT(row.decoded, dest);
+    EXPECT_EQ(1, CQorStringUtil::EncodeUTF8ToUTF16(text, dest));
+    EXPECT_TEXT(decoded, dest);
   }
 }
 
 TEST(WebText, refuses_what_its_buffer_cannot_hold) {
-  std::vector<wchar_t> dest(1012, L'#');
-  EXPECT_EQ(1, CQorStringUtil::EncodeUTF8ToUTF16(std::string(1011, 'a').c_str(), dest.data()));
-  EXPECT_EQ(1011, CString::StringLength(dest.data()));
-  dest[0] = L'#';
-  EXPECT_EQ(0, CQorStringUtil::EncodeUTF8ToUTF16(std::string(1012, 'a').c_str(), dest.data()));
-  EXPECT_EQ(0, CQorStringUtil::EncodeUTF8ToUTF16(std::string(100000, '%').c_str(), dest.data()));
-  EXPECT_EQ(L'#', dest[0]);
   std::string escaped;
   for (int i = 0; i < 1011; ++i) escaped += "%41";
-  EXPECT_EQ(1, CQorStringUtil::EncodeUTF8ToUTF16(escaped.c_str(), dest.data()));
+  for (const auto& [text, fits] : {std::tuple(std::string(1011, 'a'), 1),
+                                   {escaped, 1},
+                                   {escaped + "%41", 0},
+                                   {std::string(1012, 'a'), 0},
+                                   {std::string(100000, '%'), 0}}) {
+    std::vector<wchar_t> dest(1012, L'#');
+    EXPECT_EQ(fits, CQorStringUtil::EncodeUTF8ToUTF16(text.c_str(), dest.data()));
+    EXPECT_EQ(fits ? 0 : L'#', dest[1011]);
+    EXPECT_EQ(fits, dest[0] != L'#');
+  }
 }
 
 TEST(Versions, to_text_and_back) {
@@ -78,29 +63,19 @@ TEST(Versions, to_text_and_back) {
   EXPECT_TEXT(L"255.255.255.255", CQorStringUtil::NumberToVersionString(ULONG_MAX));
   EXPECT_TEXT(L"1.2.3.4", CQorStringUtil::NumberToVersionString(0x00010002, 0x00030004));
   EXPECT_TEXT(L"65535.65535.65535.65535", CQorStringUtil::NumberToVersionString(ULONG_MAX, ULONG_MAX));
-  struct {
-    const wchar_t* text;
-    unsigned long packed, high, low;
-  } const rows[] = {
-      {L"1.2.3.4", 0x04030201, 0x00010002, 0x00030004},
-      {L"1.2", 0x00000201, 0x00010002, 0},
-      {L"v10, 20-30 build 40 and 50", 0x281E140A, 0x000A0014, 0x001E0028},
-      {L"abc", 0, 0, 0},
-      {L"7", 7, 0x00070000, 0},
-      {L"1..2", 0x0201, 0x00010002, 0},
-      {L"0.0.0.255", 0xFF000000, 0, 0xFF},
-      {L"257.65537.0.0", 0x0101, 0x01010001, 0},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.packed, CQorStringUtil::VersionStringToNumber(row.text, nullptr)) << Utf8(row.text);
+  // Null and empty leave the low half alone.
+  using Row = std::tuple<const wchar_t*, unsigned long, unsigned long, unsigned long>;
+  for (const auto& [text, packed, high, expected_low] :
+       Rows(Row(L"1.2.3.4", 0x04030201, 0x00010002, 0x00030004), Row(L"1.2", 0x00000201, 0x00010002, 0),
+            Row(L"v10, 20-30 build 40 and 50", 0x281E140A, 0x000A0014, 0x001E0028), Row(L"abc", 0, 0, 0),
+            Row(L"7", 7, 0x00070000, 0), Row(L"1..2", 0x0201, 0x00010002, 0),
+            Row(L"0.0.0.255", 0xFF000000, 0, 0xFF), Row(L"257.65537.0.0", 0x0101, 0x01010001, 0),
+            Row(L"", 0, 0, 99), Row(nullptr, 0, 0, 99))) {
+    EXPECT_EQ(packed, CQorStringUtil::VersionStringToNumber(text, nullptr)) << Utf8(text);
     unsigned long low = 99;
-    EXPECT_EQ(row.high, CQorStringUtil::VersionStringToNumber(row.text, &low)) << Utf8(row.text);
-    EXPECT_EQ(row.low, low) << Utf8(row.text);
+    EXPECT_EQ(high, CQorStringUtil::VersionStringToNumber(text, &low)) << Utf8(text);
+    EXPECT_EQ(expected_low, low) << Utf8(text);
   }
-  unsigned long low = 99;
-  EXPECT_EQ(0u, CQorStringUtil::VersionStringToNumber(L"", &low));
-  EXPECT_EQ(0u, CQorStringUtil::VersionStringToNumber(nullptr, &low));
-  EXPECT_EQ(99u, low);
 }
 
 TEST(Scalars, to_text) {
@@ -111,21 +86,16 @@ TEST(Scalars, to_text) {
 }
 
 TEST(Scalars, from_text) {
-  struct {
-    const wchar_t* text;
-    int expected;
-    bool on_wine = true;  // it doesn't pass over white space in front
-  } const rows[] = {
-      {L"TRUE", 1}, {L"true", 1},   {L"False", 0}, {L"12", 12}, {L"-12", -12}, {L" 12", 12, false},
-      {L"0x10", 0}, {L"12abc", 12}, {L"abc", 0},   {L"", 0},    {nullptr, 0},  {L"truely", 0},
-  };
-  for (const auto& row : rows) {
-    const auto is = [&row](auto value) {
-      return qorgen::tests::AsPublished(value == static_cast<decltype(value)>(row.expected), row.on_wine);
-    };
-    EXPECT_TRUE(is(CQorStringUtil::ToInt(row.text))) << Utf8(row.text);
-    EXPECT_TRUE(is(CQorStringUtil::ToUint(row.text))) << Utf8(row.text);
-    EXPECT_TRUE(is(static_cast<unsigned int>(CQorStringUtil::ToDword(row.text)))) << Utf8(row.text);
+  using Row = std::tuple<const wchar_t*, int>;
+  for (const auto& [text, expected] :
+       Rows(Row(L"TRUE", 1), Row(L"true", 1), Row(L"False", 0), Row(L"12", 12), Row(L"-12", -12),
+            Row(L" 12", 12), Row(L"0x10", 0), Row(L"12abc", 12), Row(L"abc", 0), Row(L"", 0), Row(nullptr, 0),
+            Row(L"truely", 0))) {
+    const bool on_wine = text == nullptr || *text != L' ';  // it doesn't pass over white space in front
+    const auto number = static_cast<unsigned int>(expected);
+    EXPECT_TRUE(AsPublished(CQorStringUtil::ToInt(text) == expected, on_wine)) << Utf8(text);
+    EXPECT_TRUE(AsPublished(CQorStringUtil::ToUint(text) == number, on_wine)) << Utf8(text);
+    EXPECT_TRUE(AsPublished(CQorStringUtil::ToDword(text) == number, on_wine)) << Utf8(text);
   }
 }
 

@@ -1,129 +1,62 @@
+// Lines, white space, canonical numbers, buffers and characters.
+
 #include <climits>
 #include <gtest/gtest.h>
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include "qorgen/afx/array.h"
-#include "qorgen/afx/memory.h"
 #include "qorgen/text/string_util.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 
 namespace {
 
 using namespace qorgen::tests;
 
-std::vector<std::string> Parts(const CStringArray& parts) {
-  std::vector<std::string> result;
-  for (std::intptr_t i = 0; i < parts.GetSize(); ++i) result.push_back(Utf8(parts[i]));
-  return result;
-}
-
-TEST(IsMatch, wants_every_pattern) {
-  CStringArray patterns;
-  EXPECT_EQ(0, CQorStringUtil::IsMatch(L"abc", patterns, 0)) << "no patterns";
-  patterns.Add(L"b");
-  patterns.Add(L"c");
-  EXPECT_EQ(1, CQorStringUtil::IsMatch(L"abc", patterns, 0));
-  EXPECT_EQ(0, CQorStringUtil::IsMatch(L"ＡＢＣ", patterns, 0));
-  EXPECT_EQ(1, CQorStringUtil::IsMatch(L"ＡＢＣ", patterns, 1));
-  EXPECT_EQ(0, CQorStringUtil::IsMatch(L"ab", patterns, 1));
-  patterns.Add(L"");
-  EXPECT_EQ(0, CQorStringUtil::IsMatch(L"abc", patterns, 0)) << "an empty pattern fails the match";
-  patterns.RemoveAll();
-  patterns.Add(L" ");
-  EXPECT_EQ(0, CQorStringUtil::IsMatch(L"  \x3000", patterns, 0)) << "blank text";
-  EXPECT_EQ(0, CQorStringUtil::IsMatch(nullptr, patterns, 0));
-  EXPECT_EQ(1, CQorStringUtil::IsMatch(L" a", patterns, 0)) << "searched untrimmed";
-}
-
-TEST(VerticalNumerals, examples) {
-  struct {
-    const wchar_t *source, *chinese, *wide;
-  } const rows[] = {
-      {L"12-3", L"一二ー三", L"１２―３"},
-      {L"０９‐－−", L"〇九ーー−", L"０９――−"},
-      {L"ｶﾞa", L"ガａ", L"ガａ"},
-      {L"", L"", L""},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(Utf8(row.chinese), TakeUtf8(CQorStringUtil::ToColumnarWritingChineseNumerals(row.source)));
-    EXPECT_EQ(Utf8(row.wide), TakeUtf8(CQorStringUtil::ToColumnarWritingWideNumerals(row.source)));
-    wchar_t buffer[8] = L"#";
-    EXPECT_EQ(CString::StringLength(row.chinese),
-              CQorStringUtil::ToColumnarWritingChineseNumerals(buffer, row.source));
-    EXPECT_TEXT(row.chinese, buffer);
-    EXPECT_EQ(CString::StringLength(row.wide),
-              CQorStringUtil::ToColumnarWritingWideNumerals(buffer, row.source));
-    EXPECT_TEXT(row.wide, buffer);
-  }
-  EXPECT_EQ(nullptr, CQorStringUtil::ToColumnarWritingChineseNumerals(nullptr));
-  EXPECT_EQ(nullptr, CQorStringUtil::ToColumnarWritingWideNumerals(nullptr));
-  wchar_t buffer[] = L"x";
-  EXPECT_EQ(0, CQorStringUtil::ToColumnarWritingWideNumerals(buffer, nullptr));
-}
-
 TEST(LineMarks, encode_and_decode) {
-  struct {
-    const wchar_t* text;
-    int last_line, ampersand;
-    const wchar_t *encoded, *decoded;
-  } const rows[] = {
-      {L"a\r\nb\rc\nd", 9, 1, L"a&nb&nc&nd", L"abcd"},
-      {L"a\r\nb\r\nc", 0, 0, L"a", L"abc"},
-      {L"a\r\nb\r\nc", 1, 0, L"a\\nb", L"abc"},
-      {L"a\r\nb\r\nc", 5, 0, L"a\\nb\\nc", L"abc"},
-      {L"a\r\n", 0, 1, L"a", L"a"},
-      {L"\n\r", 1, 1, L"&n", L""},
-      {L"a&nb\\nc", 0, 1, L"a", L"a"},  // a mark of the text itself counts
-      {L"a&nb\\nc", 1, 1, L"a&nb\\nc", L"a\r\nb\\nc"},
-      {L"a&nb\\nc", 1, 0, L"a&nb\\nc", L"a&nb\r\nc"},
-      {L"&&n\n&", 3, 1, L"&&n&n&", L"&\r\n&"},
-      {L"&\nn", 3, 1, L"&&nn", L"\r\n"},  // what removing a break joins is a mark
-      {L"a\nb", -1, 1, L"", L""},
-      {L"a\nb", INT_MAX, 1, L"a&nb", L"ab"},
-      {L"", 0, 1, L"", L""},
-      {nullptr, 0, 1, L"", L""},
-  };
-  for (const auto& row : rows) {
-    CString dest(L"before");
-    CQorStringUtil::GetEncodeString(row.text, dest, row.last_line, row.ampersand);
-    EXPECT_TEXT(row.encoded, dest) << Utf8(row.text) << row.last_line;
-    CQorStringUtil::GetDecodeString(row.text, dest, row.last_line, row.ampersand);
-    EXPECT_TEXT(row.decoded, dest) << Utf8(row.text) << row.last_line;
+  // "a&nb\\nc": a mark of the text itself counts. "&\nn": what removing a break joins is a mark.
+  using Row = std::tuple<const wchar_t*, int, int, const wchar_t*, const wchar_t*>;
+  for (const auto& [text, last_line, ampersand, encoded, decoded] :
+       Rows(Row(L"a\r\nb\rc\nd", 9, 1, L"a&nb&nc&nd", L"abcd"), Row(L"a\r\nb\r\nc", 0, 0, L"a", L"abc"),
+            Row(L"a\r\nb\r\nc", 1, 0, L"a\\nb", L"abc"), Row(L"a\r\nb\r\nc", 5, 0, L"a\\nb\\nc", L"abc"),
+            Row(L"a\r\n", 0, 1, L"a", L"a"), Row(L"\n\r", 1, 1, L"&n", L""),
+            Row(L"a&nb\\nc", 0, 1, L"a", L"a"), Row(L"a&nb\\nc", 1, 1, L"a&nb\\nc", L"a\r\nb\\nc"),
+            Row(L"a&nb\\nc", 1, 0, L"a&nb\\nc", L"a&nb\r\nc"), Row(L"&&n\n&", 3, 1, L"&&n&n&", L"&\r\n&"),
+            Row(L"&\nn", 3, 1, L"&&nn", L"\r\n"), Row(L"a\nb", -1, 1, L"", L""),
+            Row(L"a\nb", INT_MAX, 1, L"a&nb", L"ab"), Row(L"", 0, 1, L"", L""),
+            Row(nullptr, 0, 1, L"", L""))) {
+    CString dest(L"before"), own(text);
+    CQorStringUtil::GetEncodeString(text, dest, last_line, ampersand);
+    EXPECT_TEXT(encoded, dest) << Utf8(text) << last_line;
+    CQorStringUtil::GetDecodeString(text, dest, last_line, ampersand);
+    EXPECT_TEXT(decoded, dest) << Utf8(text) << last_line;
+    CQorStringUtil::GetEncodeString(own, own, last_line, ampersand);
+    EXPECT_TEXT(encoded, own);
   }
-  CString text(L"one\r\ntwo");
-  CQorStringUtil::GetEncodeString(text, text, 9, 0);
-  EXPECT_TEXT(L"one\\ntwo", text);
-  CQorStringUtil::GetDecodeString(text, text, 9, 0);
-  EXPECT_TEXT(L"one\r\ntwo", text);
 }
 
 TEST(WhiteSpace, splits_as_a_token_iterator) {
-  struct {
-    const wchar_t* text;
-    int result;
-    std::vector<std::string> parts;
-  } const rows[] = {
-      {L"a b", 1, {"a", "b"}},
-      {L"  a \t\r\n b\x3000かな", 1, {"", "a", "b", "かな"}},
-      {L"a  ", 1, {"a"}},
-      {L"a", 1, {"a"}},
-      {L"", 0, {}},
-      {L" \x3000\t", 0, {}},
-      {nullptr, 0, {}},
-  };
-  for (const auto& row : rows) {
+  // The parts are joined with "|", "-" stands for none. The element is the array's own.
+  using Row = std::tuple<const wchar_t*, const char*>;
+  for (const auto& [text, expected] :
+       Rows(Row(L"a b", "|a|b"), Row(L"  a \t\r\n b\x3000かな", "||a|b|かな"), Row(L"a  ", "|a"),
+            Row(L"a", "|a"), Row(L"", ""), Row(L" \x3000\t", ""))) {
     CStringArray parts;
-    parts.Add(L"old");
-    EXPECT_EQ(row.result, CQorStringUtil::SplitSpace(row.text, parts));
-    EXPECT_EQ(row.parts, Parts(parts)) << Utf8(row.text);
-    EXPECT_EQ(1 - row.result, CQorStringUtil::IsSpace(row.text)) << Utf8(row.text);
+    parts.Add(text);
+    const int result = CQorStringUtil::SplitSpace(parts[0], parts);
+    std::string joined;
+    for (std::intptr_t i = 0; i < parts.GetSize(); ++i) joined += "|" + Utf8(parts[i]);
+    EXPECT_EQ(expected, joined);
+    EXPECT_EQ(joined.empty() ? 0 : 1, result);
+    EXPECT_EQ(1 - result, CQorStringUtil::IsSpace(text));
   }
   CStringArray parts;
-  parts.Add(L"x y");
-  EXPECT_EQ(1, CQorStringUtil::SplitSpace(parts[0], parts)) << "an element of the array itself";
-  EXPECT_EQ((std::vector<std::string>{"x", "y"}), Parts(parts));
+  parts.Add(L"old");
+  EXPECT_EQ(0, CQorStringUtil::SplitSpace(nullptr, parts));
+  EXPECT_TRUE(parts.IsEmpty());
+  EXPECT_EQ(1, CQorStringUtil::IsSpace(nullptr));
 }
 
 TEST(Lines, breaks_to_spaces) {
@@ -135,20 +68,15 @@ TEST(Lines, breaks_to_spaces) {
 }
 
 TEST(Lines, appended_with_a_separator) {
-  struct {
-    const wchar_t *before, *line;
-    int always;
-    const wchar_t* after;
-  } const rows[] = {
-      {L"", L"x", 0, L"x"},        {L"", L"x", 1, L" \nx"},   {L"a", L"x", 0, L"a \nx"},
-      {L"a", L"x", 1, L"a \nx"},   {L"a", L"", 0, L"a"},      {L"a", L"", 1, L"a \n"},
-      {L"a", nullptr, 1, L"a \n"}, {L"", nullptr, 1, L" \n"}, {L"", nullptr, 0, L""},
-      {L"a", L"%s", 0, L"a \n%s"},
-  };
-  for (const auto& row : rows) {
-    CString text(row.before);
-    CQorStringUtil::AddStringNewLine(text, row.line, row.always);
-    EXPECT_TEXT(row.after, text);
+  using Row = std::tuple<const wchar_t*, const wchar_t*, int, const wchar_t*>;
+  for (const auto& [before, line, always, after] :
+       Rows(Row(L"", L"x", 0, L"x"), Row(L"", L"x", 1, L" \nx"), Row(L"a", L"x", 0, L"a \nx"),
+            Row(L"a", L"x", 1, L"a \nx"), Row(L"a", L"", 0, L"a"), Row(L"a", L"", 1, L"a \n"),
+            Row(L"a", nullptr, 1, L"a \n"), Row(L"", nullptr, 1, L" \n"), Row(L"", nullptr, 0, L""),
+            Row(L"a", L"%s", 0, L"a \n%s"))) {
+    CString text(before);
+    CQorStringUtil::AddStringNewLine(text, line, always);
+    EXPECT_TEXT(after, text);
   }
   CString text(L"ab");
   CQorStringUtil::AddStringNewLine(text, text, 0);
@@ -156,108 +84,81 @@ TEST(Lines, appended_with_a_separator) {
 }
 
 TEST(IsNumber, wants_the_canonical_form) {
-  struct {
-    const wchar_t* text;
-    int expected;
-  } const rows[] = {
-      {L" 12 ", 1},
-      {L"012", 0},
-      {L"-5", 1},
-      {L"+5", 0},
-      {L"-0", 0},
-      {L"0", 1},
-      {L"", 0},
-      {nullptr, 0},
-      {L"1.0", 0},
-      {L"1 2", 0},
-      {L"１２", 0},
-      {L"2147483647", 1},
-      {L"2147483648", 0},
-      {L"-2147483648", 1},
-      {L"-2147483649", 0},
-      {L"\x3000"
-       L"7",
-       1},
-      {L"99999999999999999999", 0},
-      {L"-", 0},
-  };
-  for (const auto& row : rows) EXPECT_EQ(row.expected, CQorStringUtil::IsNumber(row.text)) << Utf8(row.text);
+  for (const wchar_t* text : {L" 12 ", L"-5", L"0", L"2147483647", L"-2147483648", L"　7"}) {
+    EXPECT_EQ(1, CQorStringUtil::IsNumber(text)) << Utf8(text);
+  }
+  for (const wchar_t* text : {static_cast<const wchar_t*>(nullptr), L"", L"012", L"+5", L"-0", L"1.0", L"1 2",
+                              L"１２", L"2147483648", L"-2147483649", L"99999999999999999999", L"-"}) {
+    EXPECT_EQ(0, CQorStringUtil::IsNumber(text)) << Utf8(text);
+  }
+}
+
+// A buffer as text, "#" where it was left alone and "." for a terminator.
+std::string Seen(const wchar_t (&buffer)[10]) {
+  std::string seen;
+  for (wchar_t c : buffer) seen += c == 0 ? '.' : static_cast<char>(c);
+  return seen;
 }
 
 TEST(Buffers, copies_are_cut_and_filled) {
-  wchar_t buffer[6] = L"#####";
-  EXPECT_EQ(buffer, CQorStringUtil::CopyString(buffer, L"abcdefgh", 4));
-  EXPECT_TEXT(L"abc", buffer);
-  EXPECT_EQ(L'#', buffer[4]);
-  CQorStringUtil::CopyString(buffer, L"x", 6);
-  for (int i = 1; i < 6; ++i) EXPECT_EQ(0, buffer[i]) << i;
-  CQorStringUtil::CopyString(buffer, L"y", 0);
-  EXPECT_TEXT(L"x", buffer);
-  CQorStringUtil::CopyString(buffer, nullptr, 6);
-  EXPECT_TEXT(L"", buffer);
-  CQorStringUtil::CopyString(buffer, L"abcde", 6);
+  using Row = std::tuple<const wchar_t*, unsigned int, const char*>;
+  for (const auto& [source, capacity, expected] : Rows(
+           Row(L"abcdefgh", 4, "abc.######"), Row(L"x", 6, "x.....####"), Row(L"y", 0, "##########"),
+           Row(L"yz", 1, ".#########"), Row(nullptr, 6, "......####"), Row(L"abcdefghi", 10, "abcdefghi."))) {
+    wchar_t buffer[] = {'#', '#', '#', '#', '#', '#', '#', '#', '#', '#'};
+    EXPECT_EQ(buffer, CQorStringUtil::CopyString(buffer, source, capacity));
+    EXPECT_EQ(expected, Seen(buffer));
+  }
+  wchar_t buffer[10] = L"abcde";
   CQorStringUtil::CopyString(buffer + 1, buffer, 5);
-  EXPECT_TEXT(L"aabcd", buffer);
+  EXPECT_EQ("aabcd.....", Seen(buffer));
 }
 
 TEST(Buffers, number_inside_a_width) {
-  struct {
-    const wchar_t* text;
-    long value, width;
-    int result;
-    const wchar_t* after;
-  } const rows[] = {
-      {L"ABCDEFGH", 12, 8, 1, L"ABCDEF12"},
-      {L"ABCDEFGH", 123456789, 8, 0, L"ABCDEFGH"},
-      {L"ABCDEFGH", 12345678, 8, 1, L"12345678"},
-      {L"AB", 12, 8, 1, L"AB12"},
-      {L"AB", -12, 4, 1, L"A-12"},
-      {L"ABCDEFGH", 1, 4, 1, L"ABC1"},
-      {L"AB", 1, 0, 0, L"AB"},
-      {L"AB", 1, -5, 0, L"AB"},
-      {L"", 7, 1, 1, L"7"},
-  };
-  for (const auto& row : rows) {
-    wchar_t buffer[9];
-    CQorStringUtil::CopyString(buffer, row.text, 9);
-    EXPECT_EQ(row.result, CQorStringUtil::AttachToStr(buffer, row.value, row.width));
-    EXPECT_TEXT(row.after, buffer);
+  using Row = std::tuple<const wchar_t*, long, long, int, const char*>;
+  for (const auto& [text, value, width, result, expected] :
+       Rows(Row(L"ABCDEFGH#", 12, 8, 1, "ABCDEF12.."), Row(L"ABCDEFGH", 123456789, 8, 0, "ABCDEFGH.."),
+            Row(L"ABCDEFGH", 12345678, 8, 1, "12345678.."), Row(L"AB", 12, 8, 1, "AB12......"),
+            Row(L"AB", -12, 4, 1, "A-12......"), Row(L"ABCDEFGH", 1, 4, 1, "ABC1.FGH.."),
+            Row(L"AB", 1, 0, 0, "AB........"), Row(L"AB", 1, -5, 0, "AB........"),
+            Row(L"", 7, 1, 1, "7........."))) {
+    wchar_t buffer[10];
+    CQorStringUtil::CopyString(buffer, text, 10);
+    EXPECT_EQ(result, CQorStringUtil::AttachToStr(buffer, value, width));
+    EXPECT_EQ(expected, Seen(buffer));
   }
 }
 
 TEST(Buffers, prefix_removed) {
-  wchar_t buffer[5];
-  const auto removed = [&](const wchar_t* text, const wchar_t* prefix) {
+  using Row = std::tuple<const wchar_t*, const wchar_t*, const wchar_t*>;
+  for (const auto& [text, prefix, expected] : Rows(
+           Row(L"abcdefg", L"ab", L"cdef"), Row(L"abcdefg", L"b", L"abcd"), Row(L"ab", L"ab", L""),
+           Row(L"a", L"ab", L"a"), Row(L"a", L"", L"a"), Row(L"a", nullptr, L"a"), Row(nullptr, L"a", L""))) {
+    wchar_t buffer[5];
     CQorStringUtil::RemovePrefixStr(buffer, text, prefix, 5);
-    return Utf8(buffer);
-  };
-  EXPECT_EQ("cdef", removed(L"abcdefg", L"ab"));
-  EXPECT_EQ("abcd", removed(L"abcdefg", L"b"));
-  EXPECT_EQ("", removed(L"ab", L"ab"));
-  EXPECT_EQ("a", removed(L"a", L"ab"));
-  EXPECT_EQ("a", removed(L"a", L""));
-  EXPECT_EQ("a", removed(L"a", nullptr));
-  EXPECT_EQ("", removed(nullptr, L"a"));
+    EXPECT_TEXT(expected, buffer);
+  }
 }
 
 TEST(Characters, deleted_found_and_taken) {
   CString text(L"abcdef");
-  EXPECT_EQ(4, CQorStringUtil::Delete(text, 1, 2));
-  EXPECT_TEXT(L"adef", text);
-  EXPECT_EQ(4, CQorStringUtil::Delete(text, 9, 2));
-  EXPECT_EQ(1, CQorStringUtil::Delete(text, 1, LONG_MAX));
-  EXPECT_TEXT(L"a", text);
-  EXPECT_EQ(2, CQorStringUtil::FindChar(L"abcabc", L'c'));
-  EXPECT_EQ(-1, CQorStringUtil::FindChar(L"abc", L'x'));
-  EXPECT_EQ(-1, CQorStringUtil::FindChar(L"", L'x'));
-  EXPECT_EQ(-1, CQorStringUtil::FindChar(nullptr, L'x'));
-  EXPECT_EQ("か", TakeUtf8(CQorStringUtil::GetChar(L"あか", 1)));
-  EXPECT_EQ("", TakeUtf8(CQorStringUtil::GetChar(L"あか", 2)));
-  EXPECT_EQ("", TakeUtf8(CQorStringUtil::GetChar(L"あか", 3)));
-  EXPECT_EQ("", TakeUtf8(CQorStringUtil::GetChar(L"あか", -1)));
+  for (const auto& [index, count, left] : {std::tuple(1L, 2L, L"adef"),
+                                           {9L, 2L, L"adef"},
+                                           {1L, -1L, L"adef"},
+                                           {1L, LONG_MAX, L"a"},
+                                           {LONG_MIN, 1L, L""}}) {
+    EXPECT_EQ(CString::StringLength(left), CQorStringUtil::Delete(text, index, count));
+    EXPECT_TEXT(left, text);
+  }
+  for (const auto& [where, c, index] :
+       {std::tuple(L"abcabc", L'c', 2), {L"abc", L'x', -1}, {L"abc", L'\0', -1}, {nullptr, L'x', -1}}) {
+    EXPECT_EQ(index, CQorStringUtil::FindChar(where, c));
+  }
+  const char* const taken[] = {"", "あ", "か", "", ""};
+  for (int i = -1; i <= 3; ++i) EXPECT_EQ(taken[i + 1], TakeUtf8(CQorStringUtil::GetChar(L"あか", i)));
   EXPECT_EQ(nullptr, CQorStringUtil::GetChar(nullptr, 0));
   EXPECT_EQ(3, CQorStringUtil::GetStringCount(L"あ\xD83D\xDE00"));
-  EXPECT_EQ(0, CQorStringUtil::GetStringLen(L""));
+  EXPECT_EQ(0, CQorStringUtil::GetStringLen(nullptr));
 }
 
 }  // namespace

@@ -1,18 +1,19 @@
 #include "qorgen/core/error_text.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "qorgen/afx/string_resource.h"
 #include "qorgen/platform/error.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/text.h"
 #include "tests/support/wine.h"
 
 namespace {
 
+using qorgen::tests::Rows;
 using qorgen::tests::Utf8;
-
-constexpr unsigned long kUnknown = 0x2ABCDEF0;  // no system has a text for it
 
 bool StartsWith(const CString& text, const wchar_t* start) {
   return text.Left(CString::StringLength(start)) == start;
@@ -31,78 +32,66 @@ CString SystemText(unsigned long error) {
 TEST(ErrorText, SystemTextsKeepTheirLineEnd) {
   for (const unsigned long error : {2ul, 3ul, 5ul, 32ul, 87ul, 112ul, 0x80004005ul, 0x80070057ul}) {
     const CString text = SystemText(error);
-    EXPECT_TRUE(EndsWith(text, L"\r\n")) << error << ": " << Utf8(text);
-    EXPECT_FALSE(StartsWith(text, L"***")) << error;
+    EXPECT_TRUE(EndsWith(text, L"\r\n") && !StartsWith(text, L"***")) << error << ": " << Utf8(text);
     EXPECT_GT(text.GetLength(), 4);
   }
   EXPECT_NE(Utf8(SystemText(2)), Utf8(SystemText(3)));
 }
 
 TEST(ErrorText, ZeroStandsForTheLastError) {
-  SetLastError(5);
-  EXPECT_TEXT(SystemText(5), SystemText(0));
-  SetLastError(2);
-  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 2, nullptr),
-              CGenUtil::FormatLastErrorMessage(nullptr, 0, nullptr));
-  SetLastError(2);
-  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(L"見出し", 2, nullptr),
-              CGenUtil::FormatLastErrorMessage(L"見出し", 0, nullptr));
-}
-
-TEST(ErrorText, OnlyTheLow32BitsCount) {
-  // The way a negative HRESULT arrives where the language's long is wider.
-  const unsigned long extended = static_cast<unsigned long>(static_cast<long>(E_FAIL));
-  EXPECT_TEXT(SystemText(0x80004005ul), SystemText(extended));
-  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 0x80004005ul, nullptr),
-              CGenUtil::FormatLastErrorMessage(nullptr, extended, nullptr));
+  // High bits don't count: a negative HRESULT arrives extended where the language's long is wider.
+  const auto extended = static_cast<unsigned long>(static_cast<long>(E_FAIL));
+  for (const auto& [last, asked, meant] : {std::tuple(5u, 0ull, 5ul),
+                                           {2u, 0x100000000ull, 2ul},
+                                           {2u, 5ull, 5ul},
+                                           {2u, extended + 0ull, 0x80004005ul}}) {
+    const auto number = static_cast<unsigned long>(asked);
+    const CString text = SystemText(meant);
+    SetLastError(last);
+    EXPECT_TEXT(text, SystemText(number));
+    for (const wchar_t* header : {static_cast<const wchar_t*>(nullptr), L"見出し"}) {
+      const CString expected = CGenUtil::FormatLastErrorMessage(header, meant, nullptr);
+      SetLastError(last);
+      EXPECT_TEXT(expected, CGenUtil::FormatLastErrorMessage(header, number, nullptr));
+    }
+  }
 }
 
 TEST(ErrorText, UnknownNumbersTellWhyThereIsNoText) {
-  CString start;
-  start.Format(L"*** FormatMessage(%d) failed(", static_cast<int>(kUnknown));
-  const CString text = SystemText(kUnknown);
-  EXPECT_TRUE(StartsWith(text, start)) << Utf8(text);
-  EXPECT_TRUE(text.Find(L")! ***\r\n") > 0) << Utf8(text);
-  EXPECT_TRUE(EndsWith(text, L"\r\n")) << "the text of the reason is missing: " << Utf8(text);
-  EXPECT_TRUE(StartsWith(SystemText(0xEABCDEF0ul), L"*** FormatMessage(-356720912) failed("))
-      << "a signed number";
-  // Without the second look-up the answer has the same shape.
-  EXPECT_TRUE(StartsWith(CGenUtil::GetLastErrorMessage(kUnknown, nullptr, 1), start));
+  constexpr int kUnasked = 1;  // the web transport isn't
+  for (const auto& [error, level, start] :
+       {std::tuple(0x2ABCDEF0ul, 0, L"*** FormatMessage(717020912) failed("),
+        {0xEABCDEF0ul, 0, L"*** FormatMessage(-356720912) failed("},
+        {0x2ABCDEF0ul, kUnasked, L"*** FormatMessage(717020912) failed("}}) {
+    const CString text = CGenUtil::GetLastErrorMessage(error, nullptr, level);
+    EXPECT_TRUE(StartsWith(text, start) && text.Find(L")! ***\r\n") > 0) << Utf8(text);
+    EXPECT_TRUE(EndsWith(text, L"\r\n")) << "the text of the reason is missing: " << Utf8(text);
+  }
 }
 
-TEST(ErrorText, TheWebTransportHasTextsOfItsOwn) {
+TEST(ErrorText, ModulesAddTexts) {
   constexpr unsigned long kCannotConnect = 12029;
   const CString text = SystemText(kCannotConnect);
-  EXPECT_FALSE(text.IsEmpty());
   // Wine's module has no table.
   EXPECT_TRUE(qorgen::tests::HoldsExceptOnWine(!StartsWith(text, L"***"))) << Utf8(text);
   EXPECT_TEXT(text, CGenUtil::GetLastErrorMessage(kCannotConnect, L"winhttp.dll", 1));
   EXPECT_TRUE(StartsWith(CGenUtil::GetLastErrorMessage(kCannotConnect, nullptr, 1), L"***"));
-}
-
-TEST(ErrorText, AModuleThatCannotBeLoadedOnlyNarrowsTheSearch) {
-  EXPECT_TEXT(SystemText(5), CGenUtil::GetLastErrorMessage(5, L"no such module.dll", 0));
-  EXPECT_TEXT(SystemText(5), CGenUtil::GetLastErrorMessage(5, L"", 0));
-  EXPECT_TEXT(SystemText(5), CGenUtil::GetLastErrorMessage(5, L"winhttp.dll", 0));
+  // A module that can't be loaded only narrows the search.
+  for (const wchar_t* module : {L"no such module.dll", L"", L"winhttp.dll"}) {
+    EXPECT_TEXT(SystemText(5), CGenUtil::GetLastErrorMessage(5, module, 0));
+  }
 }
 
 TEST(ErrorText, TheReportHasTwoLines) {
-  struct Row {
-    const wchar_t* header;
-    unsigned long error;
-    const wchar_t* footer;
-    const wchar_t* before;
-    const wchar_t* after;
-  };
-  for (const Row& row :
-       {Row{nullptr, 2, nullptr, L"［エラー番号］2\r\n［エラー内容］", L""},
-        Row{L"", 2, L"", L"［エラー番号］2\r\n［エラー内容］", L""},
-        Row{L"A", 0x80004005, L"B", L"A\r\n［エラー番号］80004005\r\n［エラー内容］", L"\r\nB"},
-        Row{L"A", 0x8007000E, nullptr, L"A\r\n［エラー番号］8007000e\r\n［エラー内容］", L""},
-        Row{nullptr, 112, L"保存できません。", L"［エラー番号］112\r\n［エラー内容］",
-            L"\r\n保存できません。"}}) {
-    EXPECT_TEXT(row.before + SystemText(row.error) + row.after,
-                CGenUtil::FormatLastErrorMessage(row.header, row.error, row.footer));
+  using Row = std::tuple<const wchar_t*, unsigned long, const wchar_t*, const wchar_t*, const wchar_t*>;
+  for (const auto& [header, error, footer, before, after] :
+       Rows(Row(nullptr, 2, nullptr, L"［エラー番号］2\r\n", L""),
+            Row(L"", 2, L"", L"［エラー番号］2\r\n", L""),
+            Row(L"A", 0x80004005, L"B", L"A\r\n［エラー番号］80004005\r\n", L"\r\nB"),
+            Row(L"A", 0x8007000E, nullptr, L"A\r\n［エラー番号］8007000e\r\n", L""),
+            Row(nullptr, 112, L"B%s", L"［エラー番号］112\r\n", L"\r\nB%s"))) {
+    EXPECT_TEXT(CString(before) + L"［エラー内容］" + SystemText(error) + after,
+                CGenUtil::FormatLastErrorMessage(header, error, footer));
   }
 }
 
@@ -111,8 +100,6 @@ TEST(ErrorText, HeaderAndFooterMayBeResources) {
   QorAddStringResources(kTable, 2);
   EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(QorFindStringResource(7101), 5, QorFindStringResource(7102)),
               CGenUtil::FormatLastErrorMessageRes(7101, 5, 7102));
-  EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 5, nullptr),
-              CGenUtil::FormatLastErrorMessageRes(0, 5, 0));
   SetLastError(5);
   EXPECT_TEXT(CGenUtil::FormatLastErrorMessage(nullptr, 5, nullptr),
               CGenUtil::FormatLastErrorMessageRes(0, 0, 7199));
@@ -125,15 +112,11 @@ TEST(AssocQueryExecutable, TakesTheExtensionWithOrWithoutDot) {
   EXPECT_EQ(0, CGenUtil::AssocQueryExecutable(nullptr, &untouched));
   EXPECT_TEXT(L"untouched", untouched);
   EXPECT_EQ(0, CGenUtil::AssocQueryExecutable(L"no-such-type-qorgen", &untouched));
-  CString with_dot;
-  CString without;
+  CString with_dot, without;
   const int found = CGenUtil::AssocQueryExecutable(L".txt", &with_dot);
   EXPECT_EQ(found, CGenUtil::AssocQueryExecutable(L"txt", &without));
   EXPECT_EQ(found, CGenUtil::AssocQueryExecutable(L"txt", nullptr));
-  if (found != 0) {
-    EXPECT_TEXT(with_dot, without);
-    EXPECT_FALSE(with_dot.IsEmpty());
-  }
+  EXPECT_TRUE(found == 0 || (with_dot == without && !with_dot.IsEmpty())) << Utf8(with_dot);
 }
 
 TEST(CGenUtil, IsCopiedWithoutEffect) {

@@ -89,30 +89,25 @@ TEST(CQorOsException, KeepsTheErrorOfItsMaking) {
 TEST(CQorOsException, TheBufferHoldsTheWholeTextOrNothing) {
   CQorOsException exception(5);
   const CString text = exception.GetErrorMessage();
-  const unsigned int length = static_cast<unsigned int>(text.GetLength());
+  const auto length = static_cast<unsigned int>(text.GetLength());
   unsigned int help = 77;
-  for (const unsigned int room : {0u, 1u, length - 1, length}) {
+  for (const unsigned int room : {0u, 1u, length - 1, length, length + 1, length + 5}) {
+    // A text that fits is followed by zeros to the end of the room, and nothing behind it is touched.
+    std::vector<wchar_t> expected(length + 8, L'#');
+    if (room > length) std::fill_n(expected.begin(), room, L'\0');
+    if (room > length) std::copy_n(text.GetString(), length, expected.begin());
     std::vector<wchar_t> buffer(length + 8, L'#');
-    EXPECT_EQ(0, exception.GetErrorMessage(buffer.data(), room, &help)) << room;
-    EXPECT_EQ(static_cast<std::ptrdiff_t>(buffer.size()), std::count(buffer.begin(), buffer.end(), L'#'));
-  }
-  for (const unsigned int room : {length + 1, length + 5}) {
-    std::vector<wchar_t> buffer(length + 8, L'#');
-    EXPECT_EQ(1, exception.GetErrorMessage(buffer.data(), room, &help)) << room;
-    EXPECT_TEXT(text, buffer.data());
-    EXPECT_EQ(static_cast<std::ptrdiff_t>(room - length), std::count(buffer.begin(), buffer.end(), L'\0'));
-    EXPECT_EQ(L'#', buffer[room]);
+    EXPECT_EQ(room > length ? 1 : 0, exception.GetErrorMessage(buffer.data(), room, &help)) << room;
+    EXPECT_TRUE(expected == buffer) << room;
   }
   EXPECT_EQ(77u, help);
   EXPECT_EQ(0, exception.GetErrorMessage(nullptr, 1000, nullptr));
   // Through the root class both forms arrive at the same text.
-  wchar_t buffer[1024];
+  wchar_t buffers[2][1024];
   CException& root = exception;
-  EXPECT_EQ(1, root.GetErrorMessage(buffer, 1024));
-  EXPECT_TEXT(text, buffer);
-  const CException& constant = exception;
-  EXPECT_EQ(1, constant.GetErrorMessage(buffer, 1024));
-  EXPECT_TEXT(text, buffer);
+  EXPECT_EQ(1, root.GetErrorMessage(buffers[0], 1024));
+  EXPECT_EQ(1, const_cast<const CException&>(root).GetErrorMessage(buffers[1], 1024));
+  for (const wchar_t* buffer : buffers) EXPECT_TEXT(text, buffer);
 }
 
 TEST(CQorOsException, IsThrownByPointer) {

@@ -193,6 +193,10 @@ TEST(Keys, are_cut_at_the_capacity) {
     EXPECT_TRUE(capacity <= 0 || buffer[capacity - 1] == 0);
     EXPECT_EQ(capacity < 8 ? L'#' : 0, buffer[std::max(capacity, 0)]) << "written beyond the capacity";
   }
+  wchar_t exact[] = L"####";
+  EXPECT_EQ(3, Text::GetBaseStrForSearch(exact, L"abc", 3));
+  EXPECT_TEXT(L"ＡＢ", exact);
+  EXPECT_EQ(L'#', exact[3]) << "a key as long as the buffer";
   // A mark behind the last place that is stored still fuses.
   wchar_t two[2];
   EXPECT_EQ(1, Text::GetStringForSort(two, L"ｶﾞ", 2));

@@ -4,6 +4,8 @@ set(checks ${CMAKE_CURRENT_SOURCE_DIR}/checks)
 add_test(NAME check_layers COMMAND ${checks}/layers.sh ${PROJECT_SOURCE_DIR})
 add_test(NAME check_import_example COMMAND ${checks}/import_example.sh $<TARGET_FILE:qorgen_import_example>
                                            ${PROJECT_SOURCE_DIR} ${CMAKE_CROSSCOMPILING_EMULATOR})
+add_test(NAME check_reminder_example COMMAND ${checks}/reminder_example.sh $<TARGET_FILE:qorgen_reminder_example>
+                                             ${PROJECT_SOURCE_DIR} ${CMAKE_CROSSCOMPILING_EMULATOR})
 if(WIN32)
   add_test(NAME check_exports COMMAND ${checks}/exports.sh $<TARGET_FILE:qorgen>)
   add_test(NAME check_package COMMAND ${checks}/package_windows.sh ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})

@@ -50,7 +50,7 @@ const Type* FindType(const std::string& name) {
 
 // One line of the description; false for a blank or comment line.
 bool ParseLine(const std::string& path, int number, const std::string& line, std::string& name,
-               QorTypeCheckInfoTable& column, const Type*& type) {
+               QorTypeCheckInfoTable& column, const Type*& type, bool& bare) {
   std::istringstream words(WithPlainBlanks(line));
   std::string type_word, size_word, word;
   if (!(words >> name) || name[0] == '#') return false;
@@ -88,11 +88,13 @@ bool ParseLine(const std::string& path, int number, const std::string& line, std
       column.typeFlags |= TYPECHECK_FIXEDDECIMALS;
     } else if (word == "check") {
       column.check = 1;
+    } else if (word == "bare") {
+      bare = true;
     } else if (word.rfind("default=", 0) == 0) {
       if (!ToNumber(word.substr(8), column.defaultValue))
         Fail(path, number, "'" + word + "' is no whole number");
     } else {
-      Fail(path, number, "unknown word '" + word + "' (unsigned signdigit fixed check default=N)");
+      Fail(path, number, "unknown word '" + word + "' (unsigned signdigit fixed check bare default=N)");
     }
   }
   return true;
@@ -119,7 +121,8 @@ Columns ReadColumns(const std::string& path) {
     std::string name;
     QorTypeCheckInfoTable column{};
     const Type* type = nullptr;
-    if (!ParseLine(path, number, ToUtf8(line), name, column, type)) continue;
+    bool bare = false;
+    if (!ParseLine(path, number, ToUtf8(line), name, column, type, bare)) continue;
     // Values stand aligned, as in a record that a compiler lays out.
     const bool text = type->code == TYPECHECK_STRING;
     const std::size_t align = text ? sizeof(wchar_t) : type->bytes;
@@ -130,6 +133,7 @@ Columns ReadColumns(const std::string& path) {
       Fail(path, number, "the columns take more room than a record has");
     columns.names.push_back(FromUtf8(name));
     columns.table.push_back(column);
+    columns.bare.push_back(bare);
   }
   if (columns.table.empty()) throw ColumnsError(path + ", line 1: no column is described");
   for (std::size_t i = 0; i < columns.table.size(); ++i) columns.table[i].name = columns.names[i];

@@ -18,13 +18,14 @@ class ColumnsError : public std::runtime_error {
 struct Columns {
   std::vector<CString> names;                // keeps the texts that the table rows point to
   std::vector<QorTypeCheckInfoTable> table;  // one row a column
+  std::vector<bool> bare;                    // written without quotes, one a column
   std::size_t record_size = 0;               // bytes of one record
 
   // The place of the column with this name, or -1.
   int Find(const wchar_t* name) const;
 };
 
-// Reads a description: `name type size[.decimals] [unsigned] [signdigit] [fixed] [check] [default=N]` a line,
-// UTF-8, blank lines skipped, "#" at the start of a word begins a comment. Types: string long short byte char
-// double bool date. Throws ColumnsError.
+// Reads a description: `name type size[.decimals] [unsigned] [signdigit] [fixed] [check] [bare] [default=N]`
+// a line, UTF-8, blank lines skipped, "#" at the start of a word begins a comment. Types: string long short
+// byte char double bool date. Throws ColumnsError.
 Columns ReadColumns(const std::string& path);

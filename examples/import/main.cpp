@@ -1,76 +1,25 @@
-// Imports a delimited text file: describe the record, open, read row by row, tell the user what is wrong.
+// Imports a delimited text file: describe the record, open, read row by row, tell the user what is wrong; and
+// writes the good rows to another file, if asked.
 
 #include <cstdio>
 #include <string>
-#include <vector>
 
 #include "qorgen/qorgen.h"
 
 #include "columns.h"
+#include "fixed_file.h"
 #include "options.h"
-#include "progress.h"
-#include "report.h"
+#include "reader.h"
 #include "rows.h"
+#include "table_export.h"
 #include "utf8.h"
 
 namespace {
 
-struct Counts {
-  long rows = 0, ok = 0, error = 0, skip = 0;
-};
-
-// Bytes that the rows up to now take in the file, reckoned from every so many rows: exact enough for a bar.
-class ByteEstimate {
- public:
-  explicit ByteEstimate(bool utf8) : utf8_(utf8) {}
-
-  std::uint64_t At(long rows, CQorImportManager& manager) {
-    const CString text = manager.GetReadString();
-    ++samples_;
-    sampled_ += 2;  // the line end
-    for (int i = 0; i < text.GetLength(); ++i) {
-      const bool half = CQorStringUtil::GetCharType(text[i]) == CHARTYPE_HALFKANA;
-      sampled_ += text[i] < 0x80 ? 1 : utf8_ ? 3 : half ? 1 : 2;
-    }
-    return sampled_ * static_cast<std::uint64_t>(rows) / samples_;
-  }
-
- private:
-  bool utf8_;
-  std::uint64_t samples_ = 0, sampled_ = 0;
-};
-
-Counts Import(CQorImportManager& manager, const Options& options, Columns& columns, RowConverter& converter) {
-  constexpr long kRowsBetweenLooks = 1024;
-  RowReport report(columns, stdout);
-  AccountTotals totals(columns);
-  Progress progress(static_cast<std::uint64_t>(CQorFileUtil::GetFileStatus(FromUtf8(options.file)).m_size));
-  ByteEstimate bytes(options.utf8);
-  std::vector<unsigned char> record(columns.record_size);
-  Counts counts;
-
-  for (;;) {
-    const READSTATUS status = manager.ReadRow(record.data(), options.check_count ? 1 : 0);
-    if (status == READSTATUS_EOF) break;
-    ++counts.rows;
-    if (status == READSTATUS_OK) {
-      ++counts.ok;
-      report.Good(counts.rows, converter, record.data());
-      totals.Add(converter, record.data());
-    } else if (status == READSTATUS_SKIP) {
-      ++counts.skip;
-    } else {
-      ++counts.error;
-      progress.Hide();
-      report.Bad(counts.rows, manager.GetReadString(), converter);
-    }
-    if (progress.IsOn() && counts.rows % kRowsBetweenLooks == 0)
-      progress.Show(bytes.At(counts.rows, manager));
-  }
-  progress.Hide();
-  report.Finish();
-  totals.Print(stdout);
-  return counts;
+bool IsSameFile(const std::string& a, const std::string& b) {
+  CFileStatus first, second;
+  return CFile::GetStatus(FromUtf8(a), first) && CFile::GetStatus(FromUtf8(b), second) &&
+         CQorFileUtil::IsEqualFile(first.m_szFullName, second.m_szFullName);
 }
 
 int Fail(const std::string& sentence) {
@@ -92,11 +41,33 @@ int main(int argc, char** argv) {
     if (!manager.OpenText(FromUtf8(options.file), &converter, options.delimiters, options.quotes)) {
       return Fail(options.file + ": the file does not exist or could not be opened.");
     }
-    const Counts counts = Import(manager, options, columns, converter);
+    RowReader reader(manager, options, columns, converter);
+    const std::string& target = options.fixed_file.empty() ? options.export_file : options.fixed_file;
+    if (!target.empty() && IsSameFile(options.file, target)) {
+      return Fail(target + ": a table can't be written over the file that it comes from.");
+    }
+    long written = 0;
+    bool stopped = false;
+    std::string wrong;
+    if (!options.export_file.empty()) {
+      TableExport writer(reader, columns, options);
+      wrong = writer.Run();
+      written = writer.Rows();
+      stopped = writer.WasStopped();
+    } else if (!options.fixed_file.empty()) {
+      written = WriteFixed(reader, columns, target, stopped);
+    } else {
+      while (reader.Next([] { return false; })) reader.ShowProgress();
+    }
+    const RowReader::Counts counts = reader.Finish();
     manager.Close();
+    if (!wrong.empty() && counts.rows == 0) return Fail(wrong);  // not even begun
+    if (!target.empty() && wrong.empty()) std::printf("written=%ld file=%s\n", written, target.c_str());
     std::printf("rows=%ld ok=%ld error=%ld skip=%ld\n", counts.rows, counts.ok, counts.error, counts.skip);
     // A report that nobody could get is no success, a full disk for one.
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) return Fail("The output could not be written.");
+    if (!wrong.empty()) return Fail(wrong);
+    if (stopped) return Fail("Stopped: " + target + " holds the first " + std::to_string(written) + " rows.");
     return 0;
   } catch (const OptionsError& error) {
     return Fail(std::string(error.what()) + ".\n" + kUsage);

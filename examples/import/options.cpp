@@ -2,7 +2,8 @@
 
 const char* const kUsage =
     "usage: FILE --columns COLUMNS [--utf8] [--delimiter comma|tab|semicolon|space|period|slash]...\n"
-    "       [--quotes double|single|none] [--any-count]";
+    "       [--quotes double|single|none] [--any-count]\n"
+    "       [--export FILE [--ol] [--delimiter ...] [--quotes ...] | --fixed FILE]";
 
 namespace {
 
@@ -34,6 +35,7 @@ Value Choose(const Word<Value> (&words)[count], const std::string& option, const
 
 Options ParseOptions(int argc, char** argv) {
   Options options;
+  bool export_quotes_given = false;
   int at = 1;
   const auto value = [&](const std::string& option) -> std::string {
     if (at + 1 >= argc) throw OptionsError(option + " needs a value");
@@ -46,9 +48,18 @@ Options ParseOptions(int argc, char** argv) {
     } else if (word == "--utf8") {
       options.utf8 = true;
     } else if (word == "--delimiter") {
-      options.delimiters |= Choose(kDelimiters, word, value(word));
+      // Behind --export it is the written file's.
+      (options.export_file.empty() ? options.delimiters : options.export_delimiters) |=
+          Choose(kDelimiters, word, value(word));
     } else if (word == "--quotes") {
-      options.quotes = Choose(kQuotes, word, value(word));
+      export_quotes_given = !options.export_file.empty();
+      (export_quotes_given ? options.export_quotes : options.quotes) = Choose(kQuotes, word, value(word));
+    } else if (word == "--export") {
+      options.export_file = value(word);
+    } else if (word == "--ol") {
+      options.ol = true;
+    } else if (word == "--fixed") {
+      options.fixed_file = value(word);
     } else if (word == "--any-count") {
       options.check_count = false;
     } else if (word.rfind("--", 0) == 0) {
@@ -62,5 +73,14 @@ Options ParseOptions(int argc, char** argv) {
   if (options.file.empty()) throw OptionsError("no file is named");
   if (options.columns.empty()) throw OptionsError("--columns is missing");
   if (options.delimiters == 0) options.delimiters = CSVMGR_DELIM_COMMA;
+  if (options.export_delimiters == 0) options.export_delimiters = options.delimiters;
+  if (!export_quotes_given) options.export_quotes = options.quotes;
+  if (!options.export_file.empty() && !options.fixed_file.empty()) {
+    throw OptionsError("--export and --fixed are for one file each; give one of them");
+  }
+  if (options.ol && options.export_file.empty()) throw OptionsError("--ol is for --export");
+  if (!options.export_file.empty() && (options.export_delimiters & CSVMGR_DELIM_SLASH) != 0) {
+    throw OptionsError("a table can't be written with the slash between its fields");
+  }
   return options;
 }

@@ -18,6 +18,13 @@ struct Options {
   unsigned int delimiters = 0;  // CSVMGR_DELIM_ flags
   CSVMGR_QUOTES quotes = CSVMGR_QUOTES_DOUBLE;
   bool check_count = true;  // a row must have as many fields as there are columns
+
+  std::string export_file;  // where the good rows are written as delimited text; empty for nowhere
+  bool ol = false;          // in UTF-8
+  // As the file is read, unless they are given behind --export.
+  unsigned int export_delimiters = 0;
+  CSVMGR_QUOTES export_quotes = CSVMGR_QUOTES_DOUBLE;
+  std::string fixed_file;  // where they are written in columns of fixed width; empty for nowhere
 };
 
 extern const char* const kUsage;

@@ -1,6 +1,7 @@
 #include "report.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "utf8.h"
 
@@ -54,6 +55,14 @@ void RowReport::Bad(long line, const CString& text, RowConverter& converter) {
   for (int i = 0; i < converter.GetErrorCount(); ++i) {
     complaint.messages.push_back(ToUtf8(converter.GetErrorMessage(i)));
   }
+  Take(std::move(complaint));
+}
+
+void RowReport::NotWritten(long line, const CString& text, const std::string& message) {
+  Take({line, WithoutControls(text), {message}});
+}
+
+void RowReport::Take(Complaint complaint) {
   if (table_printed_) {
     Print(complaint);
     return;

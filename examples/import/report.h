@@ -19,6 +19,8 @@ class RowReport {
 
   void Good(long line, const RowConverter& converter, const unsigned char* record);
   void Bad(long line, const CString& text, RowConverter& converter);
+  // A good row that was not written, and why.
+  void NotWritten(long line, const CString& text, const std::string& message);
 
   // Prints what still waits.
   void Finish();
@@ -30,6 +32,7 @@ class RowReport {
     std::vector<std::string> messages;
   };
 
+  void Take(Complaint complaint);
   void PrintTable();
   void Print(const Complaint& complaint);
 

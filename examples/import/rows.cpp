@@ -1,6 +1,8 @@
 #include "rows.h"
 
+#include <charconv>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 
 #include "utf8.h"
@@ -63,6 +65,14 @@ double NumberOf(const QorTypeCheckInfoTable& column, const unsigned char* record
   }
 }
 
+QORDATE DateOf(const QorTypeCheckInfoTable& column, const unsigned char* record) {
+  return QORDATE(Stored<std::int32_t>(column, record));
+}
+
+bool BoolOf(const QorTypeCheckInfoTable& column, const unsigned char* record) {
+  return Stored<unsigned char>(column, record) != 0;
+}
+
 const wchar_t* TextOf(const QorTypeCheckInfoTable& column, const unsigned char* record) {
   if (TypeOf(column) != TYPECHECK_STRING) return L"";
   return reinterpret_cast<const wchar_t*>(record + column.offset);
@@ -82,11 +92,43 @@ std::string Shown(const QorTypeCheckInfoTable& column, const unsigned char* reco
     case TYPECHECK_DOUBLE:
       return ShownAmount(NumberOf(column, record), column.decimals);
     case TYPECHECK_BOOL:
-      return Stored<unsigned char>(column, record) != 0 ? "○" : "";
+      return BoolOf(column, record) ? "○" : "";
     case TYPECHECK_DATE:
-      return Take(
-          CQorDateUtil::FormatString(QORDATE(Stored<std::int32_t>(column, record)), kEraDate, nullptr));
+      return Take(CQorDateUtil::FormatString(DateOf(column, record), kEraDate, nullptr));
     default:
       return Take(CQorNumUtil::ToString(static_cast<int>(NumberOf(column, record)), nullptr));
   }
+}
+
+void PutValue(const QorTypeCheckInfoTable& column, const unsigned char* record, bool empty, CString& text) {
+  if (TypeOf(column) == TYPECHECK_STRING) {
+    text = TextOf(column, record);
+    return;
+  }
+  text.SetString(L"", 0);
+  if (empty) return;
+  char digits[400];  // a double has up to 309 places in front of its point
+  char* end = digits;
+  switch (TypeOf(column)) {
+    case TYPECHECK_BOOL:
+      text = BoolOf(column, record) ? L"yes" : L"no";
+      return;
+    case TYPECHECK_DATE: {
+      const QORDATE date = DateOf(column, record);
+      // A field that was refused, and stands for no day.
+      if (!date.IsEmpty()) {
+        end += std::snprintf(digits, sizeof digits, "%02d/%02d/%04d", date.day, date.month, date.year);
+      }
+      break;
+    }
+    case TYPECHECK_DOUBLE:
+      // The fewest digits that give this number.
+      end = std::to_chars(digits, digits + sizeof digits, NumberOf(column, record), std::chars_format::fixed)
+                .ptr;
+      break;
+    default:
+      end = std::to_chars(digits, digits + sizeof digits, static_cast<int>(NumberOf(column, record))).ptr;
+      break;
+  }
+  for (const char* c = digits; c != end; ++c) text.AppendChar(static_cast<unsigned char>(*c));
 }

@@ -30,6 +30,9 @@ class RowConverter : public CQorTypeConverter {
 // A stored number, whatever its width; 0 for columns of other types.
 double NumberOf(const QorTypeCheckInfoTable& column, const unsigned char* record);
 
+QORDATE DateOf(const QorTypeCheckInfoTable& column, const unsigned char* record);
+bool BoolOf(const QorTypeCheckInfoTable& column, const unsigned char* record);
+
 // The stored text; the empty text for columns of other types.
 const wchar_t* TextOf(const QorTypeCheckInfoTable& column, const unsigned char* record);
 
@@ -39,6 +42,9 @@ std::string Shown(const QorTypeCheckInfoTable& column, const unsigned char* reco
 
 // An amount as above; `decimals` at most, trailing zeros dropped.
 std::string ShownAmount(double value, int decimals);
+
+// A stored value as a file holds it: the import gives the same value again. `text` becomes it.
+void PutValue(const QorTypeCheckInfoTable& column, const unsigned char* record, bool empty, CString& text);
 
 bool IsNumber(const QorTypeCheckInfoTable& column);
 unsigned int TypeOf(const QorTypeCheckInfoTable& column);

@@ -75,4 +75,105 @@ done
 for i in $(seq 40); do echo "c$i string 1000000"; done >"$work/wrong"
 expect 1 '' "$work/utf8" --columns "$work/wrong" --utf8
 says 'line 32:'
+
+# ---- what it writes ----
+
+mkdir "$work/temporary"
+export TMPDIR=$work/temporary
+
+ledger=("$folder/ledger.csv" --columns "$folder/ledger.columns")
+again=("$work/out.csv" --columns "$folder/ledger.columns")
+same() { cmp "$1" "$2" || { echo "FAILED: $1 and $2 differ"; bad=1; }; }
+gone() { [ ! -e "$1" ] || { echo "FAILED: $1 was left behind"; bad=1; }; }
+
+# A second round gives the same file, and the same records in columns of fixed width.
+expect 0 'rows=375 ok=353 error=14 skip=8' "${ledger[@]}" --export "$work/out.csv"
+says "written=353 file=$work/out.csv"
+expect 0 'rows=353 ok=353 error=0 skip=0' "${again[@]}" --export "$work/again.csv"
+same "$work/out.csv" "$work/again.csv"
+expect 0 'rows=375 ok=353 error=14 skip=8' "${ledger[@]}" --fixed "$work/first.txt"
+expect 0 'rows=353 ok=353 error=0 skip=0' "${again[@]}" --fixed "$work/second.txt"
+same "$work/first.txt" "$work/second.txt"
+printf '1,01/04/2024,"消耗品費",1400000,"",,"有限会社青空文具","コピー用紙, 封筒",,no\r\n' >"$work/line"
+iconv -f CP932 -t UTF-8 "$work/out.csv" | head -n 1 | same "$work/line" -
+[ "$(grep -c $'\r$' "$work/first.txt")" = 353 ] || { echo 'FAILED: lines of fixed width'; bad=1; }
+iconv -f CP932 -t UTF-8 "$work/first.txt" | grep -q '^00000720240406消耗品費      0000000360000.00          ' ||
+  { echo 'FAILED: columns of fixed width'; bad=1; }
+# The same through UTF-8, and through other delimiters and quotes, which stand behind --export.
+expect 0 'rows=375 ok=353 error=14 skip=8' "${ledger[@]}" --export "$work/ol.csv" --ol
+iconv -f CP932 -t UTF-8 "$work/out.csv" | same "$work/ol.csv" -
+expect 0 'rows=353 ok=353 error=0 skip=0' "${again[@]}" --export "$work/other.csv" --delimiter semicolon --quotes single
+expect 0 'rows=353 ok=353 error=0 skip=0' "$work/other.csv" --columns "$folder/ledger.columns" --delimiter semicolon \
+  --quotes single --export "$work/again.csv" --delimiter comma --quotes double
+same "$work/out.csv" "$work/again.csv"
+
+# Rows that would not be read again are named and left out; a field that was empty stays empty.
+printf 'a string 9 bare\nn long 4\nb bool 3\nd date 10\nx double 9.3 bare\n' >"$work/columns"
+printf '"a,b",1,on,1/2/2024,.5\n"#c",1,on,1/2/2024,1\nd,-20,x,x,-1.250\n"e""f",,,,\ng,,,,\n' >"$work/in.csv"
+expect 0 'rows=5 ok=5 error=0 skip=0' "$work/in.csv" --columns "$work/columns" --export "$work/out2.csv"
+says 'written=2 '
+says '    a:引用符なしでは書き出せません。'
+printf 'd,"-20","no","",-1.25\r\ng,"","","",\r\n' >"$work/line"
+same "$work/line" "$work/out2.csv"
+# A tab is white space, too: an empty field in front of a quoted one would be lost in it.
+expect 0 'rows=2 ok=2 error=0 skip=0' "$work/out2.csv" --columns "$work/columns" --export "$work/out3.csv" --delimiter tab
+says 'written=2 '
+printf ',"","","",2\n' >"$work/in.csv"
+expect 0 'rows=1 ok=1 error=0 skip=0' "$work/in.csv" --columns "$work/columns" --export "$work/out3.csv" --delimiter tab
+says 'written=0 '
+
+# Targets that can't be written: one sentence, and nothing half-written.
+for option in --export --fixed; do
+  for target in "$work" "$work/none/out.csv" "$work/out.csv"; do
+    expect 1 '' "${again[@]}" $option "$target"
+  done
+done
+mkdir "$work/taken.$$"
+expect 1 'rows=353 ok=353 error=0 skip=0' "${again[@]}" --export "$work/taken.$$" --ol
+says 'could not be written there; it is in '
+same "$work/again.csv" "$work/out.csv"
+for words in '--ol' '--export x --fixed y' '--export x --delimiter slash' '--export' '--fixed'; do
+  expect 1 '' "${again[@]}" $words
+done
+
+# What only this host's own shell can bring about.
+if [ $# -lt 3 ]; then
+  mkdir "$work/locked"
+  printf 'earlier\n' >"$work/locked/out.csv"
+  chmod 555 "$work/locked"
+  chmod 444 "$work/locked/out.csv"
+  plain=("${program[@]}")
+  # Root without its privileges is held by the permissions, too.
+  [ "$(id -u)" != 0 ] || program=(setpriv --bounding-set=-all --inh-caps=-all "$1")
+  for option in --export --fixed; do
+    expect 1 '' "${again[@]}" $option "$work/locked/new.csv"
+    expect 1 '' "${again[@]}" $option "$work/locked/out.csv"
+  done
+  expect 1 'rows=353 ok=353 error=0 skip=0' "${again[@]}" --export "$work/locked/new.csv" --ol
+  [ "$(ls "$work/locked")" = out.csv ] && [ "$(cat "$work/locked/out.csv")" = earlier ] || bad=1
+  program=("${plain[@]}")
+
+  for option in --export --fixed; do
+    "$1" "${ledger[@]}" $option /dev/full >"$work/out" 2>"$work/err"
+    [ $? = 1 ] && [ -s "$work/err" ] && [ -c /dev/full ] || { echo "FAILED: a full device"; bad=1; }
+    (ulimit -f 8; trap '' XFSZ; exec "$1" "${ledger[@]}" $option "$work/short.csv") >"$work/out" 2>"$work/err"
+    [ $? = 1 ] && [ -s "$work/err" ] || { echo "FAILED: a limit on the size of files"; bad=1; }
+    gone "$work/short.csv"
+  done
+
+  # Ctrl-C between two rows of a file that is still coming: what was written stays, whole rows of it.
+  mkfifo "$work/slow"
+  "$1" "$work/slow" --columns "$folder/ledger.columns" --export "$work/part.csv" >"$work/out" 2>"$work/err" &
+  running=$!
+  {
+    head -n 100 "$work/out.csv"
+    kill -INT $running
+    sed -n 101,200p "$work/out.csv"
+  } >"$work/slow"
+  wait $running
+  [ $? = 1 ] && grep -q '^Stopped: ' "$work/err" || { echo 'FAILED: Ctrl-C'; cat "$work/err"; bad=1; }
+  rows=$(wc -l <"$work/part.csv")
+  [ "$rows" -ge 1 ] && [ "$rows" -le 200 ] || bad=1
+  head -n "$rows" "$work/out.csv" | same "$work/part.csv" -
+fi
 exit $bad

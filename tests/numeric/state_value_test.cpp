@@ -66,7 +66,7 @@ TYPED_TEST(NullableValues, sums_skip_null_columns) {
 
 TYPED_TEST(NullableValues, adding_to_itself_changes_nothing) {
   TypeParam x(5, 0);
-  TypeParam& same = x;
+  const TypeParam& same = x;
   x += same;
   EXPECT_EQ(5, x.value);
   x -= same;
@@ -74,28 +74,22 @@ TYPED_TEST(NullableValues, adding_to_itself_changes_nothing) {
 }
 
 TYPED_TEST(NullableValues, read_as_zero_while_null) {
-  TypeParam x(7, 0);
-  EXPECT_EQ(7, static_cast<decltype(x.value)>(x));
+  TypeParam x(-7, 0);
+  EXPECT_EQ(-7, static_cast<decltype(x.value)>(x));
   x.SetNull(2);
   EXPECT_EQ(2, x.IsNull());
   EXPECT_EQ(0, static_cast<decltype(x.value)>(x));
+  x.ABS();  // leaves the null state
   decltype(x.value) value = 0;
   long null = 0;
   x.GetDbValue(value, null);
   EXPECT_EQ(7, value);
   EXPECT_EQ(1, null);
-  x.SetDbValue(8, -4);
-  EXPECT_EQ(1, x.IsNull());
-  EXPECT_EQ(8, x.value);
-  x.SetDbValue(8, 0);
-  EXPECT_EQ(0, x.IsNull());
-}
-
-TYPED_TEST(NullableValues, absolute_value_leaves_the_null_state) {
-  TypeParam x(-3, 1);
-  x.ABS();
-  EXPECT_EQ(3, x.value);
-  EXPECT_EQ(1, x.IsNull());
+  for (long indicator : {-4L, 0L}) {
+    x.SetDbValue(8, indicator);
+    EXPECT_EQ(indicator != 0 ? 1 : 0, x.IsNull());
+    EXPECT_EQ(8, x.value);
+  }
 }
 
 TEST(StateLong, wraps_at_32_bits) {

@@ -97,7 +97,7 @@ same "$work/first.txt" "$work/second.txt"
 printf '1,01/04/2024,"消耗品費",1400000,"",,"有限会社青空文具","コピー用紙, 封筒",,no\r\n' >"$work/line"
 iconv -f CP932 -t UTF-8 "$work/out.csv" | head -n 1 | same "$work/line" -
 [ "$(grep -c $'\r$' "$work/first.txt")" = 353 ] || { echo 'FAILED: lines of fixed width'; bad=1; }
-iconv -f CP932 -t UTF-8 "$work/first.txt" | grep -q '^00000720240406消耗品費      0000000360000.00          ' ||
+iconv -f CP932 -t UTF-8 "$work/first.txt" | grep -c '^00000720240406消耗品費      0000000360000.00          ' >/dev/null ||
   { echo 'FAILED: columns of fixed width'; bad=1; }
 # The same through UTF-8, and through other delimiters and quotes, which stand behind --export.
 expect 0 'rows=375 ok=353 error=14 skip=8' "${ledger[@]}" --export "$work/ol.csv" --ol

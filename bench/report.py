@@ -2,10 +2,12 @@
 Started by bench/run."""
 import argparse
 import datetime
+import filecmp
 import json
 import os
 import platform
 import resource
+import shutil
 import subprocess
 import tempfile
 import time
@@ -127,6 +129,81 @@ def settings(setting, getting):
     )
 
 
+def exports(options, missing):
+    """Peers hold the table in memory and tell how long writing it took."""
+    target = os.path.join(options.work, "exported.csv")
+
+    def run(command, times):
+        if os.path.exists(target):
+            os.remove(target)
+        _, memory, output = once([*command, options.file, target, str(times)])
+        told = dict(word.split("=") for word in output.split())
+        return float(told["seconds"]), os.path.getsize(target), int(told["rows"]), memory
+
+    commands = {"qorGen": [options.export_program],
+                "Python csv writer": [options.python, f"{options.export_peers}/csv_writer.py"]}
+    if has_pandas(options.python):
+        commands["pandas to_csv"] = [options.python, f"{options.export_peers}/pandas_export.py"]
+    best = {}
+    for turn in range(ROUNDS):
+        for name, command in commands.items():
+            if name == "qorGen" or turn < 2:
+                best[name] = min(best.get(name, (float("inf"),)), run(command, 10))
+    run(commands["qorGen"], 10)
+    if not filecmp.cmp(target, options.big, shallow=False):
+        raise RuntimeError("the exported table is not the one that was read")
+    ours = best["qorGen"][0]
+    print("### Export of the table ten times over, writing alone\n")
+    table(
+        [
+            [name, f"{seconds:.3f}", f"{rows / seconds:,.0f}", f"{size / seconds / 1e6:.0f}", f"{seconds / ours:.2f}"]
+            for name, (seconds, size, rows, _) in sorted(best.items(), key=lambda item: item[1][0])
+        ],
+        ["program", "s", "rows a second", "MB/s", "time / qorGen's"],
+    )
+    print("### Peak memory over the rows exported (the table itself is held by the program)\n")
+    rows = []
+    for times in (1, 80):
+        seconds, size, count, memory = run(commands["qorGen"], times)
+        rows.append([f"{size / 1e6:.0f} MB", f"{count:,}", f"{seconds:.3f}", f"{memory:.1f}"])
+    table(rows, ["file", "rows", "s", "peak MB"])
+    os.remove(target)
+
+
+def recoding(options, missing):
+    if not shutil.which("iconv"):
+        missing.append("iconv(1)")
+        return
+    utf8 = os.path.join(options.work, "ten_times.utf8")
+    target = os.path.join(options.work, "recoded")
+    once(["iconv", "-f", "CP932", "-t", "UTF-8", "-o", utf8, options.big])
+    rows = []
+    for subject, source, direction, from_code, to_code in (
+        ("932 to UTF-8", options.big, "utf8", "CP932", "UTF-8"),
+        ("UTF-8 to 932", utf8, "932", "UTF-8", "CP932"),
+    ):
+        commands = {"qorGen": [options.recode_program, direction, source, target],
+                    "iconv(1)": ["iconv", "-f", from_code, "-t", to_code, "-o", target, source]}
+        best = {}
+        for _ in range(ROUNDS):
+            for name, command in commands.items():
+                if os.path.exists(target):
+                    os.remove(target)
+                seconds, memory, _ = once(command)
+                best[name] = min(best.get(name, (float("inf"),)), (seconds, memory))
+        size = os.path.getsize(source) / 1e6
+        ours = best["qorGen"][0]
+        rows += [
+            [subject if name == "qorGen" else "", name, f"{seconds:.3f}", f"{size / seconds:.0f}", f"{memory:.1f}",
+             f"{seconds / ours:.2f}"]
+            for name, (seconds, memory) in best.items()
+        ]
+    print("### Files in another encoding, whole processes\n")
+    table(rows, ["subject", "program", "s", "MB/s read", "peak MB", "time / qorGen's"])
+    os.remove(utf8)
+    os.remove(target)
+
+
 def in_process(options, missing):
     with open(options.in_process) as file:
         results = json.load(file)
@@ -165,7 +242,8 @@ def in_process(options, missing):
 
 def main():
     parser = argparse.ArgumentParser()
-    for name in ("in-process", "file", "big", "work", "import-program", "decode-program", "peers", "rust", "python"):
+    for name in ("in-process", "file", "big", "work", "import-program", "export-program", "recode-program",
+                 "decode-program", "peers", "export-peers", "rust", "python"):
         parser.add_argument("--" + name, required=True)
     options = parser.parse_args()
     missing = []
@@ -173,6 +251,8 @@ def main():
     print(f"Input: {os.path.basename(options.file)} ({os.path.getsize(options.file):,} bytes), ten times over.\n")
     whole_processes(options, missing)
     memory_over_size(options)
+    exports(options, missing)
+    recoding(options, missing)
     in_process(options, missing)
     for name in missing:
         print(f"Left out, not installed: {name}.")

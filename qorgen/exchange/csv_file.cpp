@@ -52,7 +52,9 @@ int CQorCSVFile::ReadString(CString& line) {
 }
 
 void CQorCSVFile::WriteString(const wchar_t* text) {
-  if (text == nullptr || PutLegacyText(m_pStream, text, m_strFileName)) return;
+  if (text == nullptr) return;
+  const std::size_t length = text == m_measured ? m_measuredLength : wcslen(text);
+  if (PutLegacyText(m_pStream, text, length, m_strFileName)) return;
   BorrowedText converted(m_converted);
   if (ThroughCodePage(text, *converted)) CStdioFile::WriteString(*converted);
   if (IsWastefulText(*converted, 0)) (*converted).Empty();
@@ -93,7 +95,15 @@ int CQorCSVFile::WriteLine(CQorCSVManager& manager, unsigned int delimiterType_,
   }
   if (lineNumber != nullptr) manager.AdjustCommentLine(*line, *lineNumber);
   (*line).AppendChar(L'\n');
-  WriteString(*line);
+  m_measured = *line;
+  m_measuredLength = static_cast<std::size_t>((*line).GetLength());
+  try {
+    WriteString(*line);
+  } catch (...) {
+    m_measured = nullptr;
+    throw;
+  }
+  m_measured = nullptr;
   if (IsWastefulText(*line, 0)) (*line).Empty();
   return 1;
 }

@@ -72,8 +72,10 @@ class QORGEN_API CQorCSVFile : public CStdioFile {
                 const int* lineNumber);
 
   qorgen::exchange::LineReader m_reader;
-  CString m_line;         // the line in work, kept for its block
-  CString m_converted;    // the text that WriteString hands on, likewise
+  CString m_line;                       // the line in work, kept for its block
+  CString m_converted;                  // the text that WriteString hands on, likewise
+  const wchar_t* m_measured = nullptr;  // the line that is being written, and its length
+  std::size_t m_measuredLength = 0;
   int m_readLength = -1;  // of the line that ReadString has just cut at its first NUL byte
 };
 

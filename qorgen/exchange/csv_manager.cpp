@@ -14,6 +14,7 @@
 namespace {
 
 using qorgen::exchange::CopyToQuote;
+using qorgen::exchange::CopyToQuoteWithin;
 using qorgen::exchange::FieldList;
 using qorgen::exchange::IsSpace;
 using qorgen::exchange::kCopySlack;
@@ -23,7 +24,7 @@ using qorgen::exchange::RegularLine;
 using qorgen::exchange::UnitSet;
 
 static_assert(qorgen::exchange::FieldList::kPadding >= qorgen::exchange::kMarkBlock &&
-                  qorgen::exchange::FieldList::kPadding >= kCopySlack,
+                  qorgen::exchange::FieldList::kReadBlock == qorgen::exchange::kCopyBlock,
               "what a block may read");
 
 struct DelimiterFlag {
@@ -111,46 +112,26 @@ bool SplitRegular(FieldList& fields, wchar_t* text, std::size_t length, const Un
   return true;
 }
 
-// Writes a line into the block of a string, which grows ahead of it.
-class LineWriter {
- public:
-  explicit LineWriter(CString& line) : line_(line) { line_.SetString(nullptr, 0); }
-
-  // Room for `units` more, and what CopyToQuote writes beyond.
-  void Reserve(std::size_t units) {
-    if (room_ - length_ >= units + kCopySlack) return;
-    line_.ReleaseBufferSetLength(static_cast<int>(length_));
-    const std::size_t wanted = length_ + units + kCopySlack;
-    if (wanted > INT_MAX) AfxThrowMemoryException();
-    text_ = line_.GetBuffer(static_cast<int>(wanted));
-    room_ = static_cast<std::size_t>(line_.GetAllocLength());
+// Writes a text with every quote in it doubled, for which there may be no room yet: the block of `line` grows
+// by what is needed. `out` is a place in it, and so is the result.
+[[gnu::noinline]] wchar_t* PutDoubled(CString& line, wchar_t* out, const wchar_t* text, std::size_t length,
+                                      wchar_t quote, std::size_t& room) {
+  std::size_t quotes = 0;
+  for (std::size_t i = 0; i < length; ++i) quotes += text[i] == quote ? 1 : 0;
+  const auto used = out - line.GetString();
+  room += quotes;
+  if (room > INT_MAX) AfxThrowMemoryException();
+  line.ReleaseBufferSetLength(static_cast<int>(used));
+  out = line.GetBuffer(static_cast<int>(room)) + used;
+  while (length != 0) {
+    const std::size_t count = CopyToQuoteWithin(out, text, length, quote);
+    out += count;
+    if (text[count - 1] == quote) *out++ = quote;
+    text += count;
+    length -= count;
   }
-  void Put(wchar_t unit) { text_[length_++] = unit; }
-  void PutPlain(const wchar_t* text, std::size_t length) {
-    // Most fields are a few units long: not worth a call.
-    length_ += CopyToQuote(text_ + length_, text, length, 0);
-  }
-  // With every quote in it doubled.
-  void PutQuoted(const wchar_t* text, std::size_t length, wchar_t quote) {
-    while (length != 0) {
-      const std::size_t count = CopyToQuote(text_ + length_, text, length, quote);
-      length_ += count;
-      if (text[count - 1] == quote) {
-        Reserve(length - count + 2);
-        Put(quote);
-      }
-      text += count;
-      length -= count;
-    }
-  }
-  void Finish() { line_.ReleaseBufferSetLength(static_cast<int>(length_)); }
-
- private:
-  CString& line_;
-  wchar_t* text_ = nullptr;
-  std::size_t length_ = 0;
-  std::size_t room_ = 0;
-};
+  return out;
+}
 
 }  // namespace
 
@@ -274,21 +255,34 @@ void CQorCSVManager::AdjustCommentLine(CString& line, int lineNumber) {
 const wchar_t* CQorCSVManager::MakeString(CString& line) {
   if (delimiterType == 0) return nullptr;
   const wchar_t delimiter = WrittenDelimiter(delimiterType);
-  LineWriter writer(line);
-  for (std::size_t i = 0; i < elements.Count(); ++i) {
+  line.SetString(nullptr, 0);
+  const std::size_t count = elements.Count();
+  // Room for everything but the quotes inside fields.
+  std::size_t room = kCopySlack;
+  for (std::size_t i = 0; i < count; ++i) room += elements.Length(i) + 3;
+  if (room > INT_MAX) AfxThrowMemoryException();
+  wchar_t* out = line.GetBuffer(static_cast<int>(room));
+  const std::size_t quote_count = quotes.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const wchar_t* const text = elements.Text(i);
     const std::size_t length = elements.Length(i);
-    const wchar_t quote = QuoteCharacter(i < quotes.size() ? quotes[i] : quotesType);
-    writer.Reserve(length + 3);
-    if (i != 0 && delimiter != 0) writer.Put(delimiter);
+    const wchar_t quote = QuoteCharacter(i < quote_count ? quotes[i] : quotesType);
+    if (i != 0 && delimiter != 0) *out++ = delimiter;
     if (quote == 0) {
-      writer.PutPlain(elements.Text(i), length);
+      // Most fields are a few units long: not worth a call.
+      out += CopyToQuote(out, text, length, 0);
       continue;
     }
-    writer.Put(quote);
-    writer.PutQuoted(elements.Text(i), length, quote);
-    writer.Put(quote);
+    *out++ = quote;
+    const std::size_t copied = CopyToQuote(out, text, length, quote);
+    if (copied != length || (length != 0 && text[length - 1] == quote)) {
+      out = PutDoubled(line, out, text, length, quote, room);
+    } else {
+      out += copied;
+    }
+    *out++ = quote;
   }
-  writer.Finish();
+  line.ReleaseBufferSetLength(static_cast<int>(out - line.GetString()));
   return line;
 }
 

@@ -108,8 +108,10 @@ class QORGEN_API CQorCSVManager {
   // of the raw line before it afterwards.
   void SwapElements(CString& line, unsigned int delimiterType, CSVMGR_QUOTES quotes, int someAsOne);
   void Split(const wchar_t* line, std::size_t length);
-  // AddElement without a look for a U+0000 in the text. CutAtZeros makes up for it, and has to be called
-  // before the fields are used if there is one.
-  void AddText(const wchar_t* text, std::size_t length) { elements.Append(text, length); }
+  // AddElement without a copy, and without a look for a U+0000 in the text: the text must stay as it is until
+  // the fields are emptied or OwnTexts is called. CutAtZeros, which copies, has to be called before the
+  // fields are used if there is such a character.
+  void BorrowText(const CString& text) { elements.Borrow(text, static_cast<std::size_t>(text.GetLength())); }
+  void OwnTexts() { elements.Own(); }
   void CutAtZeros();
 };

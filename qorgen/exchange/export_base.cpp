@@ -33,7 +33,14 @@ void Remove(const wchar_t* path) {
 // An export under way. It holds its manager and its file itself, whatever a hook does to the exporter.
 struct CQorExportBase::Run {
   explicit Run(CQorExportBase& exporter) : base(exporter), manager(base.m_manager), file(base.m_file) {}
-  ~Run() { ::Close(*file); }
+  ~Run() {
+    ::Close(*file);
+    try {
+      manager->OwnTexts();
+    } catch (...) {
+      manager->Empty();
+    }
+  }
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
 
@@ -45,19 +52,19 @@ struct CQorExportBase::Run {
     for (int i = 0; base.exportInfo != nullptr && i < base.exportInfoCount; ++i) {
       // A text of its own for each column keeps its block from row to row, whatever the other columns do.
       CString& text = texts[static_cast<std::size_t>(i)];
+      if (qorgen::exchange::IsWastefulText(text, 0)) text.Empty();
       text.SetString(L"", 0);
       CSVMGR_QUOTES field_quotes = base.quotes;
       int output = 1;
       base.GetExportField(base.exportInfo[i], base.row, text, field_quotes, output);
       if (output != 0) {
-        manager->AddText(text, static_cast<std::size_t>(text.GetLength()));
+        manager->BorrowText(text);
         // No line has more fields than there are columns, so entries behind that number would never be read.
         if (quote_entries < base.exportInfoCount) {
           manager->AddQuate(field_quotes);
           ++quote_entries;
         }
       }
-      if (qorgen::exchange::IsWastefulText(text, 0)) text.Empty();
       if (heed_skip && base.skipOutput != 0) break;
     }
     if (base.row < LONG_MAX) ++base.row;

@@ -20,7 +20,8 @@ class FieldList {
   ~FieldList() = default;
 
   std::size_t Count() const noexcept { return count_; }
-  // REQUIRES: index < Count(). The text stays where it is until the next Clear or BeginLine, also while more
+  // REQUIRES: index < Count(). Whole blocks of kReadBlock units from the start of the text on may be read up
+  // to the one with its end. The text stays where it is until the next Clear or BeginLine, also while more
   // fields are appended.
   const wchar_t* Text(std::size_t index) const noexcept { return fields_[index].text; }
   std::size_t Length(std::size_t index) const noexcept { return fields_[index].length; }
@@ -30,6 +31,18 @@ class FieldList {
 
   // Appends a copy of `length` characters of `text`, which may be a field of this list.
   void Append(const wchar_t* text, std::size_t length);
+
+  // Appends a field that lies elsewhere, in the block of a CString from its start on, and stays there until
+  // Own or the next Clear or BeginLine.
+  void Borrow(const wchar_t* text, std::size_t length) {
+    if (count_ == fields_.size()) Grow();
+    fields_[count_++] = {const_cast<wchar_t*>(text), length};
+  }
+  // Makes copies of what was borrowed.
+  void Own() {
+    FieldList copy(*this);
+    *this = copy;
+  }
 
   // Removes the fields and takes a copy of a line, to be cut with AddSpan. Returns the copy. At least
   // kPadding characters behind its end may be read, and hold no particular text. `line` may lie inside this
@@ -45,6 +58,8 @@ class FieldList {
 
   // Characters that can be read behind the end of a line: one block of the scanner.
   static constexpr std::size_t kPadding = 64;
+  // The block of a CString is whole blocks of this many units.
+  static constexpr std::size_t kReadBlock = 8;
 
  private:
   struct Field {

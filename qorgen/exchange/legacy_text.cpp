@@ -85,9 +85,8 @@ LegacyLine ReadLegacyLine(LineReader& reader, std::FILE* stream, const CString& 
   }
 }
 
-bool PutLegacyText(std::FILE* stream, const wchar_t* text, const CString& path) {
+bool PutLegacyText(std::FILE* stream, const wchar_t* text, std::size_t length, const CString& path) {
   using platform::AnsiPut;
-  const std::size_t length = wcslen(text);
   if (stream == nullptr || length >= kMaxWrittenText) return false;
   const AnsiPut put = platform::PutAnsiText(stream, text, length);
   if (put == AnsiPut::kFailed) CFileException::ThrowErrno(errno != 0 ? errno : EIO, path);

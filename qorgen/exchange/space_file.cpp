@@ -2,6 +2,7 @@
 
 #include "qorgen/exchange/internal/legacy_text.h"
 #include "qorgen/exchange/internal/text_reuse.h"
+#include "qorgen/platform/crt.h"
 
 using qorgen::exchange::BorrowedText;
 using qorgen::exchange::IsWastefulText;
@@ -25,7 +26,8 @@ int CQorSpaceFile::Write(CQorSpaceOneLine& line) {
 }
 
 void CQorSpaceFile::WriteString(const wchar_t* text) {
-  if (text == nullptr || qorgen::exchange::PutLegacyText(m_pStream, text, m_strFileName)) return;
+  if (text == nullptr || qorgen::exchange::PutLegacyText(m_pStream, text, wcslen(text), m_strFileName))
+    return;
   BorrowedText converted(m_converted);
   if (qorgen::exchange::ThroughCodePage(text, *converted)) CStdioFile::WriteString(*converted);
   if (IsWastefulText(*converted, 0)) (*converted).Empty();

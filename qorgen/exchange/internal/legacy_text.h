@@ -3,6 +3,7 @@
 // Lines and texts in the system's legacy Japanese encoding, for the files of this folder that are in it. One
 // reader and one text belong to one thread at a time.
 
+#include <cstddef>
 #include <cstdio>
 
 #include "qorgen/afx/string.h"
@@ -26,7 +27,7 @@ LegacyLine ReadLegacyLine(LineReader& reader, std::FILE* stream, const CString& 
 // Writes the text as it comes back from the code page in a single pass, where the host can do that to this
 // stream; false where it can't, and ThroughCodePage comes before the stream's own writer. A write error
 // throws CFileException* for `path`.
-bool PutLegacyText(std::FILE* stream, const wchar_t* text, const CString& path);
+bool PutLegacyText(std::FILE* stream, const wchar_t* text, std::size_t length, const CString& path);
 
 // The text as it comes back from the code page, with the default character for what that lacks, so that a
 // text stream can't stop at it. False for a text of 0x3FFFFFFF characters or more, one that can't be

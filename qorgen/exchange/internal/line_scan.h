@@ -56,8 +56,10 @@ inline std::uint64_t MarkUnit(const wchar_t* text, wchar_t unit) {
 }
 #endif
 
+inline constexpr std::size_t kCopyBlock = 8;
+
 // Copies a text up to and with its first `quote`, or whole; gives how many units that were. Up to 7 units
-// behind the end of either text may be read and written.
+// behind the end of `to` may be written.
 inline std::size_t CopyToQuotePlain(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
   for (std::size_t i = 0; i < length; ++i) {
     to[i] = from[i];
@@ -67,9 +69,12 @@ inline std::size_t CopyToQuotePlain(wchar_t* to, const wchar_t* from, std::size_
 }
 
 #if defined(__SSE2__)
-inline std::size_t CopyToQuote(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
+// The same for the first `whole` units, which are blocks of eight; with a part of the last one behind
+// `length`.
+inline std::size_t CopyBlocksToQuote(wchar_t* to, const wchar_t* from, std::size_t whole, std::size_t length,
+                                     wchar_t quote) {
   const __m128i wanted = _mm_set1_epi16(static_cast<short>(quote));
-  for (std::size_t i = 0; i < length; i += 8) {
+  for (std::size_t i = 0; i < whole; i += kCopyBlock) {
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + i));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to + i), block);
     const auto marks = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, wanted)));
@@ -77,10 +82,26 @@ inline std::size_t CopyToQuote(wchar_t* to, const wchar_t* from, std::size_t len
     const std::size_t end = i + static_cast<std::size_t>(std::countr_zero(marks)) / 2 + 1;
     return end < length ? end : length;
   }
-  return length;
+  return whole < length ? whole : length;
+}
+
+// Reads whole blocks, the last one beyond the end of the text.
+inline std::size_t CopyToQuote(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
+  return CopyBlocksToQuote(to, from, (length + kCopyBlock - 1) / kCopyBlock * kCopyBlock, length, quote);
+}
+
+// Reads nothing beyond the end.
+inline std::size_t CopyToQuoteWithin(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
+  const std::size_t whole = length / kCopyBlock * kCopyBlock;
+  const std::size_t count = CopyBlocksToQuote(to, from, whole, length, quote);
+  if (count != whole || (count != 0 && from[count - 1] == quote)) return count;
+  return count + CopyToQuotePlain(to + count, from + count, length - count, quote);
 }
 #else
 inline std::size_t CopyToQuote(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
+  return CopyToQuotePlain(to, from, length, quote);
+}
+inline std::size_t CopyToQuoteWithin(wchar_t* to, const wchar_t* from, std::size_t length, wchar_t quote) {
   return CopyToQuotePlain(to, from, length, quote);
 }
 #endif

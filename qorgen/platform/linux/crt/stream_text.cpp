@@ -348,14 +348,30 @@ bool PutAnsi(FILE* stream, const wchar_t* text, size_t units) {
   return PutBytes(stream, bytes.data(), progress.written);
 }
 
-// The same with the default character for those without a code.
-bool PutAnsiReplaced(FILE* stream, const wchar_t* text, size_t units) {
-  std::array<char, 2 * kPiece> bytes;
+// The same with the default character for those without a code, and line ends as a text stream has them on
+// disk. A line goes out in one call.
+bool PutAnsiLines(FILE* stream, const wchar_t* text, size_t units) {
+  std::array<char, 2 * kPiece + 1> bytes;
   Encoding932 encoding;
   for (size_t done = 0; done < units; done += kPiece) {
     const size_t piece = std::min(kPiece, units - done);
-    const Progress progress = Encode932(text + done, piece, bytes.data(), bytes.size(), encoding);
-    if (!PutBytes(stream, bytes.data(), progress.written)) return false;
+    char* from = bytes.data();
+    char* end = from + Encode932(text + done, piece, from, 2 * kPiece, encoding).written;
+    // No character of two bytes has a line feed for its second.
+    while (void* const found = std::memchr(from, '\n', static_cast<size_t>(end - from))) {
+      char* const feed = static_cast<char*>(found);
+      if (feed + 1 == end) {
+        feed[0] = '\r';
+        feed[1] = '\n';
+        ++end;
+        break;
+      }
+      if (!PutBytes(stream, from, static_cast<size_t>(feed - from)) || !PutBytes(stream, "\r\n", 2)) {
+        return false;
+      }
+      from = feed + 1;
+    }
+    if (!PutBytes(stream, from, static_cast<size_t>(end - from))) return false;
   }
   return true;
 }
@@ -395,25 +411,18 @@ bool PutRun(StreamState& state, FILE* stream, const wchar_t* text, size_t units)
   return true;
 }
 
-// Text with line ends as a text stream has them on disk; `put` takes the runs between them.
-template <class PutPiece>
-bool PutLines(const wchar_t* text, size_t units, PutPiece put) {
+bool Put(StreamState& state, FILE* stream, const wchar_t* text, size_t units) {
+  if (!state.translate) return PutRun(state, stream, text, units);
   const wchar_t* const end = text + units;
   while (text != end) {
     const wchar_t* feed = wmemchr(text, L'\n', static_cast<size_t>(end - text));
     const wchar_t* stop = feed == nullptr ? end : feed;
-    if (!put(text, static_cast<size_t>(stop - text))) return false;
+    if (!PutRun(state, stream, text, static_cast<size_t>(stop - text))) return false;
     if (feed == nullptr) break;
-    if (!put(L"\r\n", 2)) return false;
+    if (!PutRun(state, stream, L"\r\n", 2)) return false;
     text = feed + 1;
   }
   return true;
-}
-
-bool Put(StreamState& state, FILE* stream, const wchar_t* text, size_t units) {
-  if (!state.translate) return PutRun(state, stream, text, units);
-  return PutLines(text, units,
-                  [&](const wchar_t* run, size_t length) { return PutRun(state, stream, run, length); });
 }
 
 bool PutWide(FILE* stream, const wchar_t* text, size_t units) {
@@ -437,9 +446,7 @@ namespace qorgen::platform {
 AnsiPut PutAnsiText(FILE* stream, const wchar_t* text, size_t units) {
   const StreamState* const state = stream != nullptr ? FindStream(stream) : nullptr;
   if (state == nullptr || !state->translate || state->encoding != Encoding::kAnsi) return AnsiPut::kNotHere;
-  const bool good = PutLines(
-      text, units, [&](const wchar_t* run, size_t length) { return PutAnsiReplaced(stream, run, length); });
-  return good ? AnsiPut::kDone : AnsiPut::kFailed;
+  return PutAnsiLines(stream, text, units) ? AnsiPut::kDone : AnsiPut::kFailed;
 }
 
 }  // namespace qorgen::platform

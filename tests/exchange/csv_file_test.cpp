@@ -213,6 +213,7 @@ TEST(CsvFile, AnswersWithoutAnOpenFile) {
   EXPECT_NE(set.Open(temp.Path(), CFile::modeRead), 0);
   EXPECT_EQ(set.ReadCSV(manager), 1);
   EXPECT_TEXT(L"b", manager.GetAt(1));
+  set.Close();
 }
 
 TEST(CsvFile, ReportsReadsThatFail) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -54,6 +55,8 @@ class ImportTest : public testing::TestWithParam<Case> {
   ImportTest() { converter_.Initialize(g_columns, 4); }
 
   CQorImportManager& Manager() { return GetParam().utf8 ? static_cast<CQorImportManager&>(utf8_) : legacy_; }
+  // Lasts longer than the managers, which may have it open at the end.
+  const TempFile& File(const std::string& bytes) { return files_.emplace_back(bytes); }
   int Open(const TempFile& temp) {
     return Manager().OpenText(temp.Path(), &converter_, kComma, CSVMGR_QUOTES_DOUBLE);
   }
@@ -61,6 +64,7 @@ class ImportTest : public testing::TestWithParam<Case> {
     return (GetParam().name == std::string("utf8 with mark") ? "\xEF\xBB\xBF" : "") + text;
   }
 
+  std::deque<TempFile> files_;
   CQorTypeConverter converter_;
   CQorImportManager legacy_;
   CQorUTF8ImportManager utf8_;
@@ -68,15 +72,15 @@ class ImportTest : public testing::TestWithParam<Case> {
 
 TEST_P(ImportTest, ReadsAFileToItsEnd) {
   const std::string& note = GetParam().note;
-  const TempFile temp(Bytes("# " + note + "\r\n" +                                          //
-                            "01/04/R06,1000,\"" + note + "\"," + GetParam().yes + "\r\n" +  //
-                            "\r\n" +                                                        //
-                            "31/02/2024,12x,too long,?\r\n" +                               //
-                            " #,1,a,no\n" +                                                 //
-                            "02/04/2024,-5," + note + ",no,\n" +                            //
-                            "02/04/2024,1\n" +                                              //
-                            "#\n" +                                                         //
-                            "03/04/2024,7,\"x,\"\"y\",off"));
+  const TempFile& temp = File(Bytes("# " + note + "\r\n" +                                          //
+                                    "01/04/R06,1000,\"" + note + "\"," + GetParam().yes + "\r\n" +  //
+                                    "\r\n" +                                                        //
+                                    "31/02/2024,12x,too long,?\r\n" +                               //
+                                    " #,1,a,no\n" +                                                 //
+                                    "02/04/2024,-5," + note + ",no,\n" +                            //
+                                    "02/04/2024,1\n" +                                              //
+                                    "#\n" +                                                         //
+                                    "03/04/2024,7,\"x,\"\"y\",off"));
   const struct {
     READSTATUS status;
     const wchar_t* line;
@@ -134,7 +138,7 @@ TEST_P(ImportTest, ReadsAFileToItsEnd) {
 }
 
 TEST_P(ImportTest, ReadsEmptyFiles) {
-  const TempFile temp(Bytes(""));
+  const TempFile& temp = File(Bytes(""));
   ASSERT_EQ(Open(temp), 1);
   EXPECT_EQ(Manager().ReadRow(nullptr, 1), READSTATUS_EOF);
   EXPECT_EQ(Manager().IsEOF(), 1);
@@ -142,8 +146,8 @@ TEST_P(ImportTest, ReadsEmptyFiles) {
 
 TEST_P(ImportTest, IsTheSameForRowsAfterBrokenOnes) {
   // A NUL byte, a byte of no character, and a line far beyond the usual: the rows behind them stand.
-  const TempFile temp(Bytes(std::string("01/04/2024,1,a\0b,no\n", 20) + "01/04/2024,2,\xFF,no\n" +
-                            std::string(3000000, 'x') + "\n" + "01/04/2024,4,d,no\n"));
+  const TempFile& temp = File(Bytes(std::string("01/04/2024,1,a\0b,no\n", 20) + "01/04/2024,2,\xFF,no\n" +
+                                    std::string(3000000, 'x') + "\n" + "01/04/2024,4,d,no\n"));
   const READSTATUS expected[] = {READSTATUS_ERROR, READSTATUS_OK, READSTATUS_ERROR, READSTATUS_OK,
                                  READSTATUS_EOF};
   ASSERT_EQ(Open(temp), 1);
@@ -154,7 +158,7 @@ TEST_P(ImportTest, IsTheSameForRowsAfterBrokenOnes) {
 }
 
 TEST_P(ImportTest, RefusesWhatItCannotOpen) {
-  const TempFile temp("a");
+  const TempFile& temp = File("a");
   EXPECT_EQ(Manager().OpenText(nullptr, &converter_, kComma, CSVMGR_QUOTES_DOUBLE), 0);
   EXPECT_EQ(Manager().OpenText(temp.Path(), nullptr, kComma, CSVMGR_QUOTES_DOUBLE), 0);
   EXPECT_EQ(Manager().OpenText(L"C:\\no such folder\\x.csv", &converter_, kComma, CSVMGR_QUOTES_DOUBLE), 0);
@@ -175,8 +179,8 @@ TEST_P(ImportTest, RefusesWhatItCannotOpen) {
 }
 
 TEST_P(ImportTest, OpensAnotherFileOverTheFirst) {
-  const TempFile first(Bytes("01/04/2024,1,a,no\n"));
-  const TempFile second(Bytes("01/04/2024,2,b,no\n"));
+  const TempFile& first = File(Bytes("01/04/2024,1,a,no\n"));
+  const TempFile& second = File(Bytes("01/04/2024,2,b,no\n"));
   Entry entry = {};
   ASSERT_EQ(Open(first), 1);
   ASSERT_EQ(Open(second), 1);
@@ -189,7 +193,7 @@ TEST_P(ImportTest, OpensAnotherFileOverTheFirst) {
 }
 
 TEST_P(ImportTest, SharesItsFileWithCopies) {
-  const TempFile temp(Bytes("01/04/2024,1,a,no\n01/04/2024,2,b,no\n01/04/2024,3,c,no\n"));
+  const TempFile& temp = File(Bytes("01/04/2024,1,a,no\n01/04/2024,2,b,no\n01/04/2024,3,c,no\n"));
   Entry entry = {};
   ASSERT_EQ(Open(temp), 1);
   CQorImportManager assigned;

@@ -362,4 +362,26 @@ TEST(CsvManager, MarksComments) {
   }
 }
 
+// Fields of every short length with a quote at every place, against doubling them one by one.
+TEST(CsvManager, DoublesQuotesWhereverTheyStand) {
+  CString line;
+  for (int length = 0; length <= 26; ++length) {
+    for (int first = -1; first < length; ++first) {
+      for (int second = first; second < length; second += 3) {
+        CString text(L'x', length);
+        for (const int place : {first, second}) {
+          if (place >= 0) text.SetAt(place, L'\'');
+        }
+        CQorCSVManager manager;
+        manager.SetDelimiterType(CSVMGR_DELIM_TAB);
+        manager.SetQuatesType(CSVMGR_QUOTES_SINGLE);
+        for (int field = 0; field < 2; ++field) manager.AddElement(text);
+        CString doubled(text);
+        doubled.Replace(L"'", L"''");
+        ASSERT_EQ(Utf8(L"'" + doubled + L"'\t'" + doubled + L"'"), Utf8(manager.MakeString(line)));
+      }
+    }
+  }
+}
+
 }  // namespace

@@ -43,7 +43,7 @@ done < <(grep -rnE --include='*.h' --include='*.cpp' '^[[:space:]]*#[[:space:]]*
 
 # A host's name and its headers stand in qorgen/platform only.
 if grep -rnE --include='*.h' --include='*.cpp' '\b_WIN32|__linux__|__MINGW|<windows\.h>|qorgen/platform/(linux|windows)/' \
-    qorgen examples tests | grep -vE '^qorgen/platform/|^[^:]*_linux_test\.cpp:|^tests/.*_windows_test\.cpp:'; then
+    qorgen examples tests bench fuzz | grep -vE '^qorgen/platform/|^[^:]*_linux_test\.cpp:|^tests/.*_windows_test\.cpp:'; then
   echo "the lines above name a host outside qorgen/platform"
   bad=1
 fi

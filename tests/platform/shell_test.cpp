@@ -124,4 +124,27 @@ TEST(PathCompactPathExTest, shortens_by_the_published_rule) {
   EXPECT_EQ(L'x', out[0]);
 }
 
+TEST(KnownFolderTest, each_is_there_and_takes_files) {
+  const int folders[] = {CSIDL_DESKTOP,       CSIDL_PERSONAL,       CSIDL_MYPICTURES,
+                         CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA, CSIDL_COMMON_DOCUMENTS};
+  for (const int id : folders) {
+    wchar_t path[MAX_PATH] = {L'x'};
+    ASSERT_TRUE(SHGetSpecialFolderPathW(nullptr, path, id, TRUE)) << id;
+    const CString folder(path);
+    EXPECT_TEXT(L":\\", folder.Mid(1, 2));
+    EXPECT_NE(L'\\', folder[folder.GetLength() - 1]) << Utf8(folder);
+    EXPECT_NE(0u, GetFileAttributesW(folder) & FILE_ATTRIBUTE_DIRECTORY) << Utf8(folder);
+    const CString file = folder + L"\\qorgen known folder test";
+    EXPECT_TRUE(qorgen::tests::PutFile(file, "x")) << Utf8(file);
+    EXPECT_TRUE(DeleteFileW(file));
+    // Once it is there, it needs no making.
+    wchar_t again[MAX_PATH] = {};
+    EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, again, id, FALSE));
+    EXPECT_TEXT(folder, again);
+  }
+  wchar_t path[MAX_PATH] = {L'x'};
+  EXPECT_FALSE(SHGetSpecialFolderPathW(nullptr, path, 999, TRUE));
+  EXPECT_EQ(0, path[0]);
+}
+
 }  // namespace

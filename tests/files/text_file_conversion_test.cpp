@@ -70,6 +70,10 @@ TEST(TextFileConversionTest, contents) {
        "a\r\n"},
       {to_ansi, Times(50'000, "日ｱ,x\n"), Times(50'000, "\x93\xFA\xB1,x\r\n")},
       {to_ansi, Times(100'000, "日ｱ"), Times(100'000, "\x93\xFA\xB1") + "\r\n"},
+      // What ends the text in one piece keeps the pieces behind it out.
+      {to_ansi, Times(90'000, "日ｱ,x\n") + "\x1A" + Times(90'000, "日ｱ,x\n"),
+       Times(90'000, "\x93\xFA\xB1,x\r\n")},
+      {to_utf8, Times(90'000, "\x93\xFA\xB1,x\n") + "\0"s + Times(90'000, "abc\n"), Times(90'000, "日ｱ,x\n")},
   };
   OwnTempFolder folder;
   for (const Row& row : rows) {

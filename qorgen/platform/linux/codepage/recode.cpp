@@ -212,26 +212,26 @@ std::size_t To932Blocks(const Tables932& tables, const unsigned char* at, std::s
                         char* destination) {
   const unsigned char* const end = at + bytes;
   char* out = destination;
-  while (static_cast<std::size_t>(end - at) >= kBlock) {
+  while (static_cast<std::size_t>(end - at) >= 2 * kBlock) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
+    const auto ascii = std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(block)) | 1u << kBlock);
+    at += ascii;
+    out += ascii;
+    if (ascii == kBlock) continue;
     std::uint32_t four;
     std::memcpy(&four, at, sizeof four);
-    if ((four & 0x80) == 0) {
-      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-      const auto high = static_cast<unsigned>(_mm_movemask_epi8(block));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
-      const auto count = std::countr_zero(high | 1u << kBlock);
-      at += count;
-      out += count;
-      continue;
+    bool known = false;
+    for (; (four & 0xC0C0F0) == 0x8080E0 && (four & 0xF) != 0; std::memcpy(&four, at, sizeof four)) {
+      const std::uint32_t unit = (four & 0xF) << 12 | (four >> 2 & 0xFC0) | (four >> 16 & 0x3F);
+      const std::uint16_t code = tables.code[unit];
+      known = code != 0;
+      if (!known) break;
+      out = PutCode932(out, code);
+      at += 3;
+      if (static_cast<std::size_t>(end - at) < kBlock) break;
     }
-    const std::uint32_t unit = (four & 0xF) << 12 | (four >> 2 & 0xFC0) | (four >> 16 & 0x3F);
-    if ((four & 0xC0C0F0) != 0x8080E0 || unit < 0x1000 || (unit & 0xF000) == 0xD000) {
-      at = PutAnsi(tables, at, end, out);
-      continue;
-    }
-    const std::uint16_t code = tables.code[unit];
-    out = PutCode932(out, code != 0 ? code : kDefault932);
-    at += 3;
+    if (!known) at = PutAnsi(tables, at, end, out);
   }
   return static_cast<std::size_t>(out - destination) +
          To932Plain(tables, at, static_cast<std::size_t>(end - at), out);

@@ -13,7 +13,9 @@ unset DISPLAY WAYLAND_DISPLAY
 # Wine takes its ANSI code page from the locale of the environment. The one it needs is compiled into a folder of our
 # own, so that the machine's list of locales stays as it is.
 locales=$home/locale
-wine=(env "LOCPATH=$locales" LANG=ja_JP.UTF-8 LC_ALL=ja_JP.UTF-8 /usr/lib/wine/wine64)
+japanese=(env "LOCPATH=$locales" LANG=ja_JP.UTF-8 LC_ALL=ja_JP.UTF-8)
+wine=("${japanese[@]}" /usr/lib/wine/wine64)
+server=("${japanese[@]}" /usr/lib/wine/wineserver64)
 
 # The compiler's run-time libraries, and the library beside them.
 runtime=$(dirname "$("$compiler" -print-file-name=libstdc++-6.dll)")
@@ -30,12 +32,18 @@ mkdir -p "$home"
     localedef -i ja_JP -f UTF-8 "$locales/making.UTF-8" >&2
     mv "$locales/making.UTF-8" "$locales/ja_JP.UTF-8"
   fi
+  # One Wine session serves the programs that follow each other, and ends half a minute after the last. Its services
+  # are started here and write into a log: they would keep the streams of the program that happened to start them. The
+  # first program of a session starts them, and makes the prefix.
   if [ ! -e "$WINEPREFIX/ready" ]; then
+    "${server[@]}" -k || true  # of a prefix that was not finished
     rm -rf "$WINEPREFIX"
+    mkdir "$WINEPREFIX"
+  fi
+  if ! "${server[@]}" -k0; then
     {
-      "${wine[@]}" wineboot --init &&
-        "${wine[@]}" reg add 'HKCU\Software\Wine' /v Version /d win10 /f
-    } >"$home/prefix.log" 2>&1 </dev/null || { cat "$home/prefix.log" >&2; exit 1; }
+      "${server[@]}" -p30 && "${wine[@]}" reg add 'HKCU\Software\Wine' /v Version /d win10 /f
+    } >"$home/session.log" 2>&1 </dev/null 9>&- || { cat "$home/session.log" >&2; exit 1; }
     touch "$WINEPREFIX/ready"
   fi
 ) 9>"$home/lock"

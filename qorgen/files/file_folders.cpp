@@ -29,8 +29,13 @@ void CutTailBackslash(CString& path) {
   if (length > 0 && path[length - 1] == L'\\') path.Delete(length - 1);
 }
 
+// Whether the folder that couldn't be made is one that another process or thread has made since the look.
+bool WasMadeMeanwhile() {
+  return GetLastError() == ERROR_ALREADY_EXISTS;
+}
+
 bool EnsureFolder(const wchar_t* path) {
-  return PathFileExistsW(path) || ::CreateDirectoryW(path, nullptr);
+  return PathFileExistsW(path) || ::CreateDirectoryW(path, nullptr) || WasMadeMeanwhile();
 }
 
 // Removes what the finder stands on; false only when that was a folder.
@@ -66,7 +71,8 @@ int CQorFileUtil::CreateDeepDirectory(const wchar_t* path) {
         return 0;
       case Kind::kNone:
         // Each step has to get shorter: a parent that ends in a forward slash would be its own parent.
-        if (parent.GetLength() >= folder.GetLength() || !CreateDeepDirectory(parent)) return 0;
+        if (parent.GetLength() >= folder.GetLength()) return 0;
+        if (!CreateDeepDirectory(parent) && !WasMadeMeanwhile()) return 0;
         break;
     }
   }
@@ -97,7 +103,7 @@ int CQorFileUtil::CreateDirIfNotExists(const wchar_t* path, int pathHasFileName)
   if (PathFileExistsW(folder)) return 1;
   const DWORD error = GetLastError();
   if (error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND) return 0;
-  return CreateDeepDirectory(folder);
+  return CreateDeepDirectory(folder) || WasMadeMeanwhile() ? 1 : 0;
 }
 
 int CQorFileUtil::DeleteDirectory(const wchar_t* path) {

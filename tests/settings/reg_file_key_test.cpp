@@ -1,5 +1,6 @@
 #include "qorgen/settings/reg_file_key.h"
 
+#include <atomic>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <string>
@@ -419,6 +420,28 @@ TEST_F(RegFileKeyTest, two_keys_write_one_tree) {
   EXPECT_EQ("n.dw t.sz ", Values(L""));
   EXPECT_EQ(1, TestKey(m_key.GetKeyName()).SetString(L"t", L"c"));
   EXPECT_TEXT(L"c", m_key.GetString(L"t", nullptr));
+}
+
+TEST_F(RegFileKeyTest, two_keys_make_the_same_folders) {
+  std::atomic<int> arrived = 0;
+  const auto meet = [&arrived](int meeting) {
+    for (++arrived; arrived < 2 * meeting;) std::this_thread::yield();
+  };
+  const auto make = [&](Text value) {
+    TestKey root(m_key.GetKeyName());
+    for (int i = 0; i < 60; ++i) {
+      CString name;
+      name.Format(L"%d\\a\\b", i);
+      meet(2 * i + 1);
+      EXPECT_EQ(1, TestKey(In(name)).SetLong(value, 1)) << i;
+      meet(2 * i + 2);
+      const std::unique_ptr<CQorRegFileKey> key(root.OpenSubKey(L"opened\\" + name, 1));
+      EXPECT_NE(nullptr, key) << i;
+    }
+  };
+  std::thread other(make, L"x");
+  make(L"y");
+  other.join();
 }
 
 }  // namespace

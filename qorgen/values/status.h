@@ -55,6 +55,9 @@ class CQorStatus {
   constexpr int IsEqual(const unsigned int& word) const { return m_word == word; }
   constexpr bool operator==(const unsigned int& word) const { return m_word == word; }
   constexpr bool operator!=(const unsigned int& word) const { return m_word != word; }
+  // For plain literals, which are signed: without these the conversion to the word would be as good a match.
+  constexpr bool operator==(const int& word) const { return *this == static_cast<unsigned int>(word); }
+  constexpr bool operator!=(const int& word) const { return *this != static_cast<unsigned int>(word); }
   constexpr bool operator==(const CQorStatus& status) const { return m_word == status.m_word; }
   constexpr bool operator!=(const CQorStatus& status) const { return m_word != status.m_word; }
 

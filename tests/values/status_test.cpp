@@ -53,6 +53,7 @@ TEST(Status, WholeWord) {
   const CQorStatus copy(status);
   EXPECT_EQ(1, status.IsEqual(8u));
   EXPECT_TRUE(status == copy && !(status != copy) && status == 8u && status != 9u);
+  EXPECT_TRUE(status == 8 && 8 == status && !(status != 8) && status != -1 && CQorStatus(~0u) == -1);
   EXPECT_EQ(0, status.IsEmpty());
   status.SetEmpty();
   EXPECT_TRUE(status.IsEmpty() && status != copy);

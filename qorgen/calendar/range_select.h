@@ -25,7 +25,7 @@ struct QORGEN_API QorRangeSelectInfo {
 
   // Year and month at a place of the strip; 0 and below are the first place. The steps are those of CQorDate:
   // where it doesn't take the strip's first month (a month above 12, a year before 1899, nothing selected),
-  // every place answers as the first one.
+  // every place answers as the first one. Years of 100 to 999 are to it short forms of later ones.
   short GetYear(short index) const;
   short GetMonth(short index) const;
 

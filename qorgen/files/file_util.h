@@ -209,8 +209,9 @@ class QORGEN_API CQorFileUtil {
   // Rewrites a UTF-8 text as ANSI. What the code page lacks becomes its default character, a byte-order mark
   // too ("?"), and the result is still 1. The text then goes through a text stream: every line ends in CR LF,
   // the last one as well, and a Ctrl-Z (0x1A) ends the text. The empty file "uts.qor" in the temporary folder
-  // marks the call while it runs: a second call at the same time raises CFileException*. It stays behind when
-  // an exception leaves the operation.
+  // marks the call while it runs: a second call at the same time raises CFileException* (on Linux one of the
+  // same process; calls of two don't disturb each other). It stays behind when an exception leaves the
+  // operation.
   static int Utf8ToSJis(const wchar_t* source, const wchar_t* destination);
 
   // Despite its name a plain copy over whatever is there: CopyFileW(source, destination, FALSE). No line end

@@ -148,8 +148,7 @@ class QORGEN_API CQorRegFileKey {
   //  - CopyValues takes as many values as the source has sub-folders. 0 if it has none, or fewer values than
   //    sub-folders. A file of no type takes its turn and is left out.
   //  - CopySubKeys takes as many sub-keys of the source as this key has sub-folders. 0 if this key has none,
-  //  if
-  //    the source has fewer, and when the copy of one fails.
+  //    if the source has fewer, and when the copy of one fails.
   //  - With `copySubKeys` nonzero the sub-keys of a copied sub-key follow, whatever becomes of them; 0 for a
   //    sub-key without sub-folders. With `copyValues` nonzero CopyValues of each key comes first, and its
   //    failure is the failure of the copy.

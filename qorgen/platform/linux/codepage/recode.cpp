@@ -207,6 +207,7 @@ std::size_t To932Plain(const Tables932& tables, const unsigned char* at, std::si
   return static_cast<std::size_t>(out - destination);
 }
 
+#if defined(__SSE2__)
 // ASCII sixteen bytes at a time, and characters of three bytes with a single look at their four bits of mark.
 std::size_t To932Blocks(const Tables932& tables, const unsigned char* at, std::size_t bytes,
                         char* destination) {
@@ -236,6 +237,7 @@ std::size_t To932Blocks(const Tables932& tables, const unsigned char* at, std::s
   return static_cast<std::size_t>(out - destination) +
          To932Plain(tables, at, static_cast<std::size_t>(end - at), out);
 }
+#endif
 
 std::size_t To932(const unsigned char* source, std::size_t bytes, char* destination) {
   const Tables932& tables = GetTables932();

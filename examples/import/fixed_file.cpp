@@ -65,6 +65,10 @@ long WriteFixed(RowReader& reader, const Columns& columns, const std::string& pa
   long rows = 0;
   try {
     while (reader.Next([&] { return interrupt.IsRequested(); })) {
+      if (const int outside = reader.FindOutside932(); outside >= 0) {
+        reader.NotWritten(outside, kOutside932);
+        continue;
+      }
       line.Empty();
       for (std::size_t i = 0; i < columns.table.size(); ++i) {
         Add(line, columns.table[i], reader.Record(), reader.IsEmpty(static_cast<int>(i)), text);

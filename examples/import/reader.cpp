@@ -42,9 +42,19 @@ bool RowReader::Next(const std::function<bool()>& stop) {
   return false;
 }
 
-void RowReader::NotWritten(const std::string& message) {
+void RowReader::NotWritten(int column, const char* why) {
   progress_.Hide();
-  report_.NotWritten(counts_.rows, manager_.GetReadString(), message);
+  const CString& name = columns_.names[static_cast<std::size_t>(column)];
+  report_.NotWritten(counts_.rows, manager_.GetReadString(), ToUtf8(name) + ":" + why);
+}
+
+int RowReader::FindOutside932() {
+  if (!options_.utf8) return -1;  // all text came from there
+  if (!code_page_) code_page_.emplace();
+  const auto& table = columns_.table;
+  const auto lacks = [this](const auto& column) { return !code_page_->Holds(TextOf(column, Record())); };
+  const auto found = std::find_if(table.begin(), table.end(), lacks);
+  return found == table.end() ? -1 : static_cast<int>(found - table.begin());
 }
 
 void RowReader::ShowProgress() {

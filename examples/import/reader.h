@@ -5,14 +5,19 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "code_page.h"
 #include "columns.h"
 #include "options.h"
 #include "progress.h"
 #include "report.h"
 #include "rows.h"
+
+// Why a row isn't written into a file of code page 932.
+inline constexpr char kOutside932[] = "コードページ932にない文字があります。";
 
 class RowReader {
  public:
@@ -28,8 +33,10 @@ class RowReader {
   // The row at hand.
   const unsigned char* Record() const { return record_.data(); }
   bool IsEmpty(int column) const { return converter_.IsEmpty(column); }
-  // Reports that the row at hand isn't written.
-  void NotWritten(const std::string& message);
+  // Reports that the row at hand isn't written, for its value in a column.
+  void NotWritten(int column, const char* why);
+  // The column of the row at hand whose text code page 932 lacks a character of, or -1.
+  int FindOutside932();
 
   // Draws the progress bar anew when it is time, and takes it away.
   void ShowProgress();
@@ -50,6 +57,7 @@ class RowReader {
   Progress progress_;
   std::vector<unsigned char> record_;
   Counts counts_;
+  std::optional<CodePage932> code_page_;  // once it was asked for
   // The bytes of the file are reckoned from a row now and then: exact enough for a bar.
   std::uint64_t samples_ = 0, sampled_ = 0;
 };

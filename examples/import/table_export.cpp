@@ -51,10 +51,14 @@ int TableExport::IsExportEnd(long) {
     for (std::size_t i = 0; i < texts_.size(); ++i) {
       PutValue(columns_.table[i], reader_.Record(), reader_.IsEmpty(static_cast<int>(i)), texts_[i]);
     }
-    const int unwritable = FindUnwritable();
-    if (unwritable < 0) return 0;
-    reader_.NotWritten(ToUtf8(columns_.names[static_cast<std::size_t>(unwritable)]) +
-                       ":引用符なしでは書き出せません。");
+    const int outside = options_.ol ? -1 : reader_.FindOutside932();
+    if (outside >= 0) {
+      reader_.NotWritten(outside, kOutside932);
+      continue;
+    }
+    const int unquoted = FindUnreadable();
+    if (unquoted < 0) return 0;
+    reader_.NotWritten(unquoted, "引用符なしでは書き出せません。");
   }
   return 1;
 }
@@ -68,7 +72,7 @@ void TableExport::EndProgress() {
   reader_.HideProgress();
 }
 
-int TableExport::FindUnwritable() const {
+int TableExport::FindUnreadable() const {
   const std::size_t count = texts_.size();
   const auto is_quoted = [this](std::size_t i) { return !columns_.bare[i] && quotes != CSVMGR_QUOTES_NONE; };
   for (std::size_t i = 0; i < count; ++i) {

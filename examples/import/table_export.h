@@ -34,7 +34,7 @@ class TableExport : public CQorExportBase {
 
  private:
   // The column that wouldn't be read again as it is written, or -1.
-  int FindUnwritable() const;
+  int FindUnreadable() const;
 
   RowReader& reader_;
   const Columns& columns_;

@@ -6,6 +6,7 @@ program=(${3+"$3"} "$1") folder=$2/examples/import
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 bad=0
+[ -f "$1" ] || { echo "no program: $1"; exit 1; }
 
 # expect STATUS LAST_LINE ARGUMENT...: the exit status, the last line on standard output, and standard error silent
 # for status 0, and with text for 1.
@@ -121,6 +122,17 @@ says 'written=2 '
 printf ',"","","",2\n' >"$work/in.csv"
 expect 0 'rows=1 ok=1 error=0 skip=0' "$work/in.csv" --columns "$work/columns" --export "$work/out3.csv" --delimiter tab
 says 'written=0 '
+
+# Left out, too, are rows with characters that the target's code page lacks, "é" and the yen sign of Latin 1 among them.
+printf 'a,1\r\n\xf0\xa0\xae\xb7,2\r\nb\xc3\xa9,3\r\n\xc2\xa5,4\r\n髙,5\r\n' >"$work/in.csv"
+printf 'a string 9\nn long 4 bare\n' >"$work/columns"
+expect 0 'rows=5 ok=5 error=0 skip=0' "$work/in.csv" --columns "$work/columns" --utf8 --export "$work/out3.csv"
+says 'written=2 '
+says '    a:コードページ932にない文字があります。'
+expect 0 'rows=5 ok=5 error=0 skip=0' "$work/in.csv" --columns "$work/columns" --utf8 --fixed "$work/out3.csv"
+says 'written=2 '
+expect 0 'rows=5 ok=5 error=0 skip=0' "$work/in.csv" --columns "$work/columns" --utf8 --export "$work/out3.csv" --ol
+says 'written=5 '
 
 # Targets that can't be written: one sentence, and nothing half-written.
 for option in --export --fixed; do

@@ -25,8 +25,8 @@ inline std::size_t TextLengthPlain(const wchar_t* text) {
 }
 
 // Reads aligned blocks, so bytes around the text may be read, but never of a page that holds none of it. The
-// address sanitizer can't know that this is harmless.
-[[gnu::no_sanitize_address]] inline std::size_t TextLength(const wchar_t* text) {
+// sanitizers can't know that this is harmless, nor that what stands there may be another thread's.
+[[gnu::no_sanitize_address, gnu::no_sanitize_thread]] inline std::size_t TextLength(const wchar_t* text) {
   constexpr std::uintptr_t kBlock = sizeof(__m128i);
   const auto place = reinterpret_cast<std::uintptr_t>(text);
   if (place % sizeof(wchar_t) != 0) return TextLengthPlain(text);

@@ -59,8 +59,10 @@ const wchar_t* RootEnd(const wchar_t* path) {
 CString CQorFileUtil::ConnectPath(const wchar_t* directory, const wchar_t* file) {
   CString path(directory);
   if (!path.IsEmpty() && !IsDirSep(path[path.GetLength() - 1])) path += L'\\';
+  if (file == nullptr) return path;
   const CQorSplitPath parts(file);
-  if (parts.GetPath() == nullptr) return path;
+  // Without memory. Not the bare directory: the path may be one that is going to be deleted.
+  if (parts.GetPath() == nullptr) return CString();
   const wchar_t* folder = parts.GetDirectory();
   path += IsDirSep(folder[0]) ? folder + 1 : folder;
   path += parts.GetFileName();

@@ -21,7 +21,7 @@ class QORGEN_API CQorFileUtil {
   // --- path texts ---
 
   // `directory`, a backslash if it does not end in a separator and is not empty, and `file` without its drive
-  // and without one leading separator: "C:\a" and "D:\b\c.txt" give "C:\a\b\c.txt".
+  // and without one leading separator: "C:\a" and "D:\b\c.txt" give "C:\a\b\c.txt". Empty without memory.
   static CString ConnectPath(const wchar_t* directory, const wchar_t* file);
 
   // `path`, with `extension` (which carries its dot) added unless it already is the path's extension, case

@@ -40,6 +40,13 @@ CQorSplitPath::CQorSplitPath(const wchar_t* path) : m_owners(new (std::nothrow) 
     m_extension = MakeText(kPartRoom);
     m_connectPath = MakeText(kPathRoom);
     m_connectFile = MakeText(kPathRoom);
+    // All or none, so that a look at one of them tells.
+    if (!HasTexts()) {
+      Release();
+      m_path = m_drive = m_computerName = m_directory = nullptr;
+      m_fileName = m_extension = m_connectPath = m_connectFile = nullptr;
+      m_owners = nullptr;
+    }
   }
   if (path != nullptr) Split(path);
 }
@@ -82,12 +89,16 @@ void CQorSplitPath::Release() {
   delete m_owners;
 }
 
-int CQorSplitPath::Split(const wchar_t* path) {
-  if (path == nullptr) return 0;
+bool CQorSplitPath::HasTexts() const {
   for (const wchar_t* text : {m_path, m_drive, m_computerName, m_directory, m_fileName, m_extension,
                               m_connectPath, m_connectFile}) {
-    if (text == nullptr) return 0;
+    if (text == nullptr) return false;
   }
+  return true;
+}
+
+int CQorSplitPath::Split(const wchar_t* path) {
+  if (path == nullptr || m_path == nullptr) return 0;
   Copy(m_path, kPathRoom, path);
   _wsplitpath(m_path, m_drive, m_directory, m_fileName, m_extension);
   if (m_drive[0] == 0 && m_directory[0] == L'\\' && m_directory[1] == L'\\') SplitNetworkPath();

@@ -37,8 +37,8 @@ class QORGEN_API CQorSplitPath {
   // of an earlier one. `path` may be one of the object's own texts.
   int Split(const wchar_t* path);
 
-  // The parts, valid as long as an object that shares them; an empty text where there is nothing. Null
-  // without memory.
+  // The parts, valid as long as an object that shares them; an empty text where there is nothing. All
+  // null without memory.
   const wchar_t* GetPath() const { return m_path; }
   const wchar_t* GetDrive() const { return m_drive; }                 // "C:" or "\\srv"
   const wchar_t* GetComputerNameW() const { return m_computerName; }  // "srv"
@@ -51,6 +51,7 @@ class QORGEN_API CQorSplitPath {
  private:
   void Share(const CQorSplitPath& other);
   void Release();
+  [[nodiscard]] bool HasTexts() const;
   void SplitNetworkPath();
 
   wchar_t* m_path = nullptr;

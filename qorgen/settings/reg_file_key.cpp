@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "qorgen/afx/exception.h"
 #include "qorgen/afx/file_find.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/split_path.h"
@@ -34,7 +35,10 @@ const wchar_t* ExtensionOf(unsigned long type) {
 }
 
 CString StemOf(const wchar_t* name) {
-  return name != nullptr ? CQorSplitPath(name).GetFileName() : kDefaultValue;
+  if (name == nullptr) return kDefaultValue;
+  const CQorSplitPath parts(name);
+  if (parts.GetFileName() == nullptr) AfxThrowMemoryException();
+  return parts.GetFileName();
 }
 
 CString RootPath(HKEY root) {

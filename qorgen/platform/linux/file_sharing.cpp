@@ -72,11 +72,12 @@ FileShare::FileShare(std::shared_ptr<File> file, DWORD access, DWORD share)
 
 std::unique_ptr<FileShare> FileShare::Join(const struct stat& file, DWORD access, DWORD share) {
   const FileId id(file.st_dev, file.st_ino);
+  std::unique_ptr<FileShare> opening;  // outlives the lock, which its destructor takes
   const std::lock_guard lock(Mutex());
   std::shared_ptr<File>& known = File::All()[id];
   if (!known) known = std::make_shared<File>(id);
   if (!known->Admits(access, share)) return nullptr;
-  std::unique_ptr<FileShare> opening(new FileShare(known, access, share));
+  opening.reset(new FileShare(known, access, share));
   known->openings.push_back(opening.get());
   return opening;
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <sys/stat.h>
@@ -73,17 +74,26 @@ bool Search::Next(WIN32_FIND_DATAW& data) {
   return false;
 }
 
+struct FolderCloser {
+  void operator()(DIR* stream) const {
+    const int error = errno;
+    closedir(stream);
+    errno = error;
+  }
+};
+
 // The names of `folder` that fit; false with errno.
 bool ReadFolder(const std::string& folder, const NamePattern& pattern, std::vector<Entry>& entries) {
-  DIR* stream = opendir(folder.c_str());
+  const std::unique_ptr<DIR, FolderCloser> stream(opendir(folder.c_str()));
   if (stream == nullptr) return false;
   struct stat own;
   struct stat parent;
   // The root has no entries for itself and its parent.
-  const bool root = fstat(dirfd(stream), &own) == 0 && fstatat(dirfd(stream), "..", &parent, 0) == 0 &&
-                    own.st_dev == parent.st_dev && own.st_ino == parent.st_ino;
+  const bool root = fstat(dirfd(stream.get()), &own) == 0 &&
+                    fstatat(dirfd(stream.get()), "..", &parent, 0) == 0 && own.st_dev == parent.st_dev &&
+                    own.st_ino == parent.st_ino;
   errno = 0;
-  while (const dirent* found = readdir(stream)) {
+  while (const dirent* found = readdir(stream.get())) {
     const bool dots = std::strcmp(found->d_name, ".") == 0 || std::strcmp(found->d_name, "..") == 0;
     const std::u16string name = LibraryName(found->d_name);
     // An empty key puts the dots in front of every name.
@@ -91,10 +101,7 @@ bool ReadFolder(const std::string& folder, const NamePattern& pattern, std::vect
       entries.push_back({dots ? u"" : UpperName(name), found->d_name});
     errno = 0;
   }
-  const int error = errno;
-  closedir(stream);
-  errno = error;
-  if (error != 0) return false;
+  if (errno != 0) return false;
   // Names that differ in case only are in the order of their bytes.
   std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
     const int order = a.upper.compare(b.upper);

@@ -61,6 +61,14 @@ DWORD Objection(const Request& request, const struct stat& facts) {
   return changes && IsReadOnly(facts) ? ERROR_ACCESS_DENIED : 0;
 }
 
+// A descriptor until an object takes it over.
+struct Descriptor {
+  int number;
+  ~Descriptor() {
+    if (number >= 0) close(number);
+  }
+};
+
 // A descriptor of the file, -1 with errno. `fresh` makes a file that must not be there yet.
 int OpenDescriptor(const Request& request, bool fresh, bool folder) {
   const bool writes = (request.access & GENERIC_WRITE) != 0 || (request.Truncates() && !folder);
@@ -115,33 +123,26 @@ HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES*
       const DWORD error = PathError(request.host, ENOENT);
       return Refuse(error == ERROR_PATH_NOT_FOUND ? error : ERROR_INVALID_NAME);
     }
-    const int descriptor = OpenDescriptor(request, !there, there && S_ISDIR(facts.st_mode));
-    if (descriptor < 0) {
+    Descriptor descriptor{OpenDescriptor(request, !there, there && S_ISDIR(facts.st_mode))};
+    if (descriptor.number < 0) {
       const int error = errno;
       const bool changed = there ? error == ENOENT : error == EEXIST;
       if (changed && attempt < 100) continue;
       return Refuse(PathError(request.host, error));
     }
-    if (fstat(descriptor, &facts) != 0) {
-      const DWORD error = PathError(request.host, errno);
-      close(descriptor);
-      return Refuse(error);
-    }
+    if (fstat(descriptor.number, &facts) != 0) return Refuse(PathError(request.host, errno));
     std::unique_ptr<FileShare> opening = FileShare::Join(facts, request.access, share);
-    if (!opening) {
-      close(descriptor);
-      return Refuse(ERROR_SHARING_VIOLATION);
-    }
-    if (there && request.Truncates() && S_ISREG(facts.st_mode) && ftruncate(descriptor, 0) != 0) {
-      const DWORD error = PathError(request.host, errno);
-      close(descriptor);
-      return Refuse(error);
+    if (!opening) return Refuse(ERROR_SHARING_VIOLATION);
+    if (there && request.Truncates() && S_ISREG(facts.st_mode) && ftruncate(descriptor.number, 0) != 0) {
+      return Refuse(PathError(request.host, errno));
     }
     // The mark of the new file itself; the descriptor keeps the right to write.
-    if (!there && (flags & FILE_ATTRIBUTE_READONLY) != 0) fchmod(descriptor, facts.st_mode & 07777 & ~0222u);
+    if (!there && (flags & FILE_ATTRIBUTE_READONLY) != 0)
+      fchmod(descriptor.number, facts.st_mode & 07777 & ~0222u);
     if ((flags & FILE_FLAG_DELETE_ON_CLOSE) != 0) opening->DeleteWhenUnused(AbsolutePath(request.host));
-    const HANDLE handle =
-        AddHandle(std::make_shared<FileObject>(descriptor, request.access, std::move(opening)));
+    auto object = std::make_shared<FileObject>(descriptor.number, request.access, std::move(opening));
+    descriptor.number = -1;
+    const HANDLE handle = AddHandle(std::move(object));
     const bool replaced = there && (disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS);
     SetLastError(replaced ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
     return handle;

@@ -46,11 +46,10 @@ struct CQorExportBase::Run {
 
   void FillRow(bool heed_skip) {
     manager->Empty();
-    if (texts.size() < static_cast<std::size_t>(std::max(base.exportInfoCount, 0))) {
-      texts.resize(static_cast<std::size_t>(base.exportInfoCount));
-    }
+    // A hook may change the columns, also in the middle of a row.
     for (int i = 0; base.exportInfo != nullptr && i < base.exportInfoCount; ++i) {
       // A text of its own for each column keeps its block from row to row, whatever the other columns do.
+      if (texts.size() == static_cast<std::size_t>(i)) texts.emplace_back();
       CString& text = texts[static_cast<std::size_t>(i)];
       if (qorgen::exchange::IsWastefulText(text, 0)) text.Empty();
       text.SetString(L"", 0);
@@ -144,9 +143,13 @@ int CQorExportBase::Finalize() {
 }
 
 int CQorExportBase::InitCSVManager() {
-  m_manager = std::make_shared<CQorCSVManager>();
-  csvManager = m_manager.get();
+  const auto manager = std::make_shared<CQorCSVManager>();
+  m_manager = manager;
+  csvManager = manager.get();
   InitCommentLine();
+  // Also when the hook initialized anew or made an export of its own.
+  m_manager = manager;
+  csvManager = manager.get();
   if (commentLineOn != 0) csvManager->SetCommentLineInfo(commentLineOn, commentLineLimit);
   return 1;
 }
@@ -166,12 +169,14 @@ int CQorExportBase::OpenUtf8(const wchar_t* path, const wchar_t* mode) {
   TakeFile(nullptr);
   std::FILE* const stream = CQorFileUtil::Open(path, mode, 0);
   if (stream == nullptr) return 0;
+  std::unique_ptr<CQorCSVFile> file;
   try {
-    TakeFile(std::make_unique<CQorUTF8CSVFile>(stream, delimiterType, quotes, 0));
+    file = std::make_unique<CQorUTF8CSVFile>(stream, delimiterType, quotes, 0);
   } catch (...) {
-    if (csvFile == nullptr) fclose(stream);
+    fclose(stream);
     throw;
   }
+  TakeFile(std::move(file));
   rewind(stream);
   return 1;
 }
@@ -208,9 +213,11 @@ int CQorExportBase::InitTableauCSVFile(const wchar_t* path) {
 
 int CQorExportBase::Write(const wchar_t* path, const wchar_t*, int olFile_) {
   olFile = olFile_;
-  CString target(path);
+  // Copied, since a hook may change the text that it lies in.
+  const CString destination(path);
+  CString target(destination);
   if (olFile_ != 0) {
-    const CQorSplitPath parts(path);
+    const CQorSplitPath parts(destination);
     target = CQorFileUtil::ConnectPath(CQorFileUtil::GetTempPathW(), parts.GetConnectFile());
   }
   if (InitCSVManager() == 0 || InitCSVFile(target, olFile_) == 0) return 0;
@@ -236,7 +243,7 @@ int CQorExportBase::Write(const wchar_t* path, const wchar_t*, int olFile_) {
     Remove(target);
     return 0;
   }
-  if (olFile_ != 0 && CQorFileUtil::ChangeCRLFToLF(target, path) != 0) Remove(target);
+  if (olFile_ != 0 && CQorFileUtil::ChangeCRLFToLF(target, destination) != 0) Remove(target);
   return 1;
 }
 

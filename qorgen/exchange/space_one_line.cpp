@@ -18,9 +18,10 @@ int HeadLength(const wchar_t* text, int width) {
 // The pads that a text is short of, in one piece.
 CString Pads(const CString& text, const wchar_t* pad, long width) {
   CString pads;
-  const long missing = width - CQorStringUtil::GetStringLen(text);
+  const long filled_width = CQorStringUtil::GetStringLen(text);
   const std::size_t length = pad != nullptr ? wcslen(pad) : 0;
-  if (missing <= 0 || length == 0) return pads;
+  if (width <= filled_width || length == 0) return pads;
+  const long missing = width - filled_width;
   if (static_cast<std::size_t>(missing) > INT_MAX / length) AfxThrowMemoryException();
   const int total = static_cast<int>(static_cast<std::size_t>(missing) * length);
   wchar_t* const filled = pads.GetBufferSetLength(total);

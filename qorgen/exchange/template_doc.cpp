@@ -111,12 +111,14 @@ int CQorTemplateDoc::WriteFile(const wchar_t* path) {
   CStdioFile file(stream.get());
   try {
     for (const CQorTemplateItem& item : items) file.WriteString(item.str);
+    // The last piece of a full device's troubles shows here.
+    stream.release();
+    file.Close();
+    return 1;
   } catch (CFileException* error) {
     error->Delete();
     return 0;
   }
-  // The last piece of a full device's troubles shows here.
-  return fclose(stream.release()) == 0;
 }
 
 long CQorTemplateDoc::GetCount() const {

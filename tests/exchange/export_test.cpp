@@ -263,5 +263,31 @@ TEST_F(ExportTest, WhatAHookThrowsPassesThrough) {
   EXPECT_EQ(1, CQorFileUtil::DeleteFileW(Path()));
 }
 
+// Starts over as it is asked for comment lines, gains columns in the middle of a row, and changes the path.
+class Restless : public CQorExportBase {
+ public:
+  CString path;
+
+ protected:
+  void InitCommentLine() override {
+    Initialize(CSVMGR_DELIM_COMMA, CSVMGR_QUOTES_NONE);
+    SetExportInfo(kColumns, 1);
+    commentLineOn = commentLineLimit = 1;
+  }
+  void GetExportField(CQorExportInfo, long, CString& text, CSVMGR_QUOTES&, int&) override {
+    SetExportInfo(kColumns, 3);
+    path = CString(L'z', 500);
+    text = L"x";
+  }
+  int IsExportEnd(long at) override { return at == 2 ? 1 : 0; }
+};
+
+TEST_F(ExportTest, HooksThatChangeTheExporter) {
+  Restless exporter;
+  exporter.path = Path();
+  EXPECT_EQ(1, exporter.Write(exporter.path, nullptr, 1));
+  EXPECT_EQ("#x,x,x\r\nx,x,x\r\n", GetFile(Path()));
+}
+
 }  // namespace
 }  // namespace qorgen::tests

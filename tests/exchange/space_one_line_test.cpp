@@ -73,7 +73,7 @@ TEST(SpaceOneLine, PadsOfAnyKind) {
   EXPECT_TEXT(L"**ab", line.AddLeft(L"ab", L"*", 4));
   EXPECT_TEXT(L"ab＊＊", line.AddRight(L"ab", L"＊", 4));
   EXPECT_TEXT(L"ab-+-+", line.AddRight(L"ab", L"-+", 4));
-  for (const long width : {2l, 0l, -1l}) EXPECT_TEXT(L"ab", line.AddLeft(L"ab", L"*", width));
+  for (const long width : {2l, 0l, -1l, LONG_MIN}) EXPECT_TEXT(L"ab", line.AddLeft(L"ab", L"*", width));
   for (const wchar_t* pad : {L"", static_cast<const wchar_t*>(nullptr)}) {
     EXPECT_TEXT(L"ab", line.AddRight(L"ab", pad, 9));
   }

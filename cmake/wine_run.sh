@@ -6,6 +6,9 @@ home=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/windows/wine
 compiler=x86_64-w64-mingw32-g++-posix
 
 export WINEPREFIX=$home/prefix WINEDEBUG=-all WINEARCH=win64
+# Wine's server has its folder here. It is found again only where the temporary folder is the same in every call;
+# else several servers would work on one prefix.
+export TMPDIR=$home
 # Neither a browser engine nor a .NET runtime is asked for, and no menu entries are made on the host.
 export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d'
 unset DISPLAY WAYLAND_DISPLAY
@@ -34,16 +37,15 @@ mkdir -p "$home"
   fi
   # One Wine session serves the programs that follow each other, and ends half a minute after the last. Its services
   # are started here and write into a log: they would keep the streams of the program that happened to start them. The
-  # first program of a session starts them, and makes the prefix.
-  if [ ! -e "$WINEPREFIX/ready" ]; then
-    "${server[@]}" -k || true  # of a prefix that was not finished
-    rm -rf "$WINEPREFIX"
-    mkdir "$WINEPREFIX"
-  fi
-  if ! "${server[@]}" -k0; then
+  # first program of a session starts them, and makes the prefix. Wine's server holds the lock of the session as long as
+  # it runs; to ask it by its own option -k0 disturbs programs that are just starting, one in some thousands.
+  exec 8>"$home/session.lock"
+  if flock -n 8; then
+    [ -e "$WINEPREFIX/ready" ] || rm -rf "$WINEPREFIX"
     {
-      "${server[@]}" -p30 && "${wine[@]}" reg add 'HKCU\Software\Wine' /v Version /d win10 /f
-    } >"$home/session.log" 2>&1 </dev/null 9>&- || { cat "$home/session.log" >&2; exit 1; }
+      mkdir -p "$WINEPREFIX" && "${server[@]}" -p30 9>&- &&
+        "${wine[@]}" reg add 'HKCU\Software\Wine' /v Version /d win10 /f 8>&- 9>&-
+    } >"$home/session.log" 2>&1 </dev/null || { cat "$home/session.log" >&2; "${server[@]}" -k; exit 1; }
     touch "$WINEPREFIX/ready"
   fi
 ) 9>"$home/lock"

@@ -13,12 +13,14 @@ namespace {
 class Key : public CQorRegFileKey {
  public:
   Key() : CQorRegFileKey(nullptr) {
-    const CString folder = CQorFileUtil::GetTempFileNameW(nullptr);
-    CQorFileUtil::DeleteFileW(folder);
+    const CString folder = reserved_ + L".d";
     if (!CQorFileUtil::CreateDirectoryW(folder)) std::abort();
     Construct(folder);
   }
-  ~Key() override { CQorFileUtil::DeleteDirectory(GetKeyName()); }
+  ~Key() override {
+    CQorFileUtil::DeleteDirectory(GetKeyName());
+    CQorFileUtil::DeleteFileW(reserved_);
+  }
 
   void Put(const wchar_t* name, const std::uint8_t* data, std::size_t size) {
     FILE* file = CQorFileUtil::Open(CQorFileUtil::ConnectPath(GetKeyName(), name), CQorFileUtil::_modeWb, 0);
@@ -26,6 +28,10 @@ class Key : public CQorRegFileKey {
     std::fwrite(data, 1, size, file);
     std::fclose(file);
   }
+
+ private:
+  const CString reserved_ =
+      CQorFileUtil::GetTempFileNameW(nullptr);  // a file, which keeps the name from others
 };
 
 void Require(bool condition) {

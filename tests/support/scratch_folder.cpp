@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "qorgen/platform/error.h"
+
 #include "tests/support/wine.h"
 
 namespace qorgen::tests {
@@ -47,9 +49,12 @@ ScratchFolder::ScratchFolder() {
   wchar_t folder[MAX_PATH + 1];
   wchar_t name[MAX_PATH];
   GetTempPathW(MAX_PATH + 1, folder);
-  GetTempFileNameW(folder, L"qgt", 0, name);
-  DeleteFileW(name);
-  CreateDirectoryW(name, nullptr);
+  // The first free name. Whoever makes the folder has it: tests run side by side, and a file that holds the
+  // name until it makes room for the folder would let another in between.
+  UINT number = 0;
+  do {
+    GetTempFileNameW(folder, L"qgt", ++number, name);
+  } while (!CreateDirectoryW(name, nullptr) && GetLastError() == ERROR_ALREADY_EXISTS && number < 0xFFFF);
   root_ = Text(name);
 }
 

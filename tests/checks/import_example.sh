@@ -179,13 +179,18 @@ if [ $# -lt 3 ]; then
   running=$!
   {
     head -n 100 "$work/out.csv"
+    # Until it has written what there is, and waits for more.
+    for _ in $(seq 400); do
+      [ -e "$work/part.csv" ] && grep -q '^State:.S' "/proc/$running/status" && break
+      sleep 0.05
+    done
     kill -INT $running
     sed -n 101,200p "$work/out.csv"
   } >"$work/slow"
   wait $running
   [ $? = 1 ] && grep -q '^Stopped: ' "$work/err" || { echo 'FAILED: Ctrl-C'; cat "$work/err"; bad=1; }
   rows=$(wc -l <"$work/part.csv")
-  [ "$rows" -ge 1 ] && [ "$rows" -le 200 ] || bad=1
+  [ "$rows" -ge 1 ] && [ "$rows" -le 200 ] || { echo "FAILED: $rows rows before Ctrl-C"; bad=1; }
   head -n "$rows" "$work/out.csv" | same "$work/part.csv" -
 fi
 exit $bad

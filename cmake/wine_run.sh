@@ -37,8 +37,8 @@ mkdir -p "$home"
   fi
   # One Wine session serves the programs that follow each other, and ends half a minute after the last. Its services
   # are started here and write into a log: they would keep the streams of the program that happened to start them. The
-  # first program of a session starts them, and makes the prefix. Wine's server holds the lock of the session as long as
-  # it runs; to ask it by its own option -k0 disturbs programs that are just starting, one in some thousands.
+  # first program of a session starts them, and makes the prefix. Wine's server inherits the lock of the session and so
+  # holds it as long as it runs.
   exec 8>"$home/session.lock"
   if flock -n 8; then
     [ -e "$WINEPREFIX/ready" ] || rm -rf "$WINEPREFIX"

@@ -47,7 +47,7 @@
 #include "qorgen/files/split_path.h"
 #include "qorgen/numeric/num_util.h"
 #include "qorgen/numeric/state_value.h"
-#include "qorgen/settings/reg_file_key.h"
+#include "qorgen/settings/folder_key.h"
 #include "qorgen/text/string_util.h"
 #include "qorgen/values/status.h"
 #include "qorgen/values/update_list.h"

@@ -4,7 +4,7 @@
 // signatures.
 //
 // On Windows they are the system's own. On Linux every call sets the thread's last error when it fails, takes
-// paths of either vocabulary (platform/linux/path_mapping.h), and differs from Windows in what is said below.
+// paths of either vocabulary (platform/linux/filesystem/path_mapping.h), and differs from Windows in what is said below.
 // Any thread may call; two calls on one handle at the same time share its position.
 
 #include "qorgen/platform/types.h"

@@ -6,7 +6,7 @@
 // In a negative variant time the fraction still counts forward: -1.25 is 29 December 1899, 06:00, and -0.75
 // is the same moment as 0.75. All functions may be called from any thread.
 //
-// On Linux the local time follows TZ; tests can fix the clock (platform/linux/test_clock.h).
+// On Linux the local time follows TZ; tests can fix the clock (platform/linux/time/test_clock.h).
 
 #include <cstdint>
 #include <ctime>

@@ -4,7 +4,7 @@
 
 #include "qorgen/calendar/date_util.h"
 #include "qorgen/calendar/today.h"
-#include "qorgen/platform/linux/test_clock.h"
+#include "qorgen/platform/linux/time/test_clock.h"
 
 namespace {
 

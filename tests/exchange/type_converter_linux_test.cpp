@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "qorgen/exchange/type_converter.h"
-#include "qorgen/platform/linux/test_clock.h"
+#include "qorgen/platform/linux/time/test_clock.h"
 
 namespace {
 

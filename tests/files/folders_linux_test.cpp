@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "qorgen/files/file_util.h"
-#include "qorgen/platform/linux/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"

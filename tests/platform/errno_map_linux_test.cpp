@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "qorgen/platform/linux/errno_map.h"
+#include "qorgen/platform/linux/error/errno_map.h"
 
 namespace qorgen::platform {
 namespace {

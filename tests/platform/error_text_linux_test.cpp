@@ -3,7 +3,7 @@
 #include <string>
 
 #include "qorgen/platform/error.h"
-#include "qorgen/platform/linux/error_text_table.h"
+#include "qorgen/platform/linux/error/error_text_table.h"
 
 #include "tests/support/text.h"
 

@@ -8,9 +8,9 @@
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
-#include "qorgen/platform/linux/mount_table.h"
-#include "qorgen/platform/linux/name_pattern.h"
-#include "qorgen/platform/linux/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/mount_table.h"
+#include "qorgen/platform/linux/filesystem/name_pattern.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 
 #include "tests/support/scratch_folder.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "qorgen/platform/linux/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 
 namespace qorgen::platform {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "qorgen/platform/linux/test_clock.h"
+#include "qorgen/platform/linux/time/test_clock.h"
 
 namespace qorgen::platform {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "qorgen/files/file_util.h"
-#include "qorgen/settings/reg_file_key.h"
+#include "qorgen/settings/folder_key.h"
 
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text.h"

@@ -1,6 +1,6 @@
 #include "qorgen/platform/strings.h"
 
-#include "qorgen/platform/linux/width.h"
+#include "qorgen/platform/linux/automation/width.h"
 
 int StrToIntW(const wchar_t* text) {
   if (text == nullptr) return 0;

@@ -15,9 +15,9 @@
 #include <sys/stat.h>
 
 #include "qorgen/platform/error.h"
-#include "qorgen/platform/linux/errno_map.h"
+#include "qorgen/platform/linux/error/errno_map.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 #include "qorgen/platform/linux/imaging/bitmap.h"
-#include "qorgen/platform/linux/path_mapping.h"
 
 namespace Gdiplus {
 namespace {

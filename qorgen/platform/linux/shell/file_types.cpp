@@ -9,7 +9,7 @@
 #include <string>
 
 #include "qorgen/platform/error.h"
-#include "qorgen/platform/linux/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "qorgen/platform/linux/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 
 namespace {
 

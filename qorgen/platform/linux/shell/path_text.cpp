@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "qorgen/platform/linux/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 #include "qorgen/platform/shell.h"
 
 namespace {

@@ -8,8 +8,8 @@
 #include <unistd.h>
 
 #include "qorgen/platform/error.h"
-#include "qorgen/platform/linux/errno_map.h"
-#include "qorgen/platform/linux/path_mapping.h"
+#include "qorgen/platform/linux/error/errno_map.h"
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
 #include "qorgen/platform/linux/version/version_resource.h"
 
 namespace {

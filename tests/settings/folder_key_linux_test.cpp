@@ -1,0 +1,178 @@
+// Faults of the host: full devices, limits and permissions, in child processes where they would stick to this
+// one.
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include "qorgen/platform/linux/filesystem/path_mapping.h"
+
+#include "tests/settings/test_key.h"
+
+namespace {
+
+using namespace qorgen::tests;
+
+// The known folders of all tests of the program, so that none of them touches the user's own. Set up before
+// the first question: the desktop library reads the variables once.
+class Home : public testing::Environment {
+ public:
+  void SetUp() override {
+    setenv("HOME", qorgen::platform::HostPath(m_folder.Path(L"")).c_str(), 1);
+    setenv("XDG_DATA_HOME", qorgen::platform::HostPath(m_folder.Path(L"data")).c_str(), 1);
+  }
+
+ private:
+  ScratchFolder m_folder;
+};
+[[maybe_unused]] testing::Environment* const g_home = testing::AddGlobalTestEnvironment(new Home);
+
+long OpenDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+// Starts a child that takes the steps and compares what they give with `expected`.
+template <class Steps>
+pid_t Start(const std::vector<int>& expected, Steps steps) {
+  const pid_t child = fork();
+  if (child != 0) return child;
+  const std::vector<int> results = steps();
+  for (std::size_t i = 0; i < results.size() && results != expected; ++i) {
+    std::fprintf(stderr, "in the child, result %zu: %d\n", i, results[i]);
+  }
+  _exit(results == expected ? 0 : 1);
+}
+
+bool EndedWell(pid_t child) {
+  int status = 0;
+  return child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+class RegFileFaultTest : public KeyTest {
+ protected:
+  RegFileFaultTest() { CQorFileUtil::CreateDirectories(m_key.GetKeyName()); }
+  std::string Host(const wchar_t* name) { return qorgen::platform::HostPath(In(name)); }
+  std::string m_large = std::string(200'000, 'x');  // more than a stream's buffer
+  CString m_large_text = CString(L'x', 200'000);
+};
+
+TEST_F(RegFileFaultTest, no_space_left) {
+  for (const wchar_t* name : {L"n.dw", L"s.sz", L"b.dat"}) {
+    ASSERT_EQ(0, symlink("/dev/full", Host(name).c_str()));
+  }
+  const long before = OpenDescriptors();
+  for (const int size : {1, 200'000}) {
+    EXPECT_EQ(0, m_key.SetLong(L"n", 1) | m_key.SetString(L"s", m_large_text.Left(size)) |
+                     m_key.SetBinary(L"b", m_large.data(), size));
+    EXPECT_EQ(nullptr, m_key.m_openFile);
+  }
+  EXPECT_EQ(before, OpenDescriptors());
+  // The library's own deletion leaves devices alone, and names of them.
+  for (const wchar_t* name : {L"n.dw", L"s.sz", L"b.dat"}) ASSERT_EQ(0, unlink(Host(name).c_str()));
+  EXPECT_EQ(1, m_key.SetLong(L"n", 1));
+}
+
+TEST_F(RegFileFaultTest, limit_of_a_file_s_size) {
+  // The default is given back although it can't be stored.
+  EXPECT_TRUE(EndedWell(Start({0, 0, 200'000, 1}, [this]() -> std::vector<int> {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit = {100'000, 100'000};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    return {m_key.SetBinary(L"b", m_large.data(), 200'000), m_key.SetString(L"s", m_large_text),
+            CString(m_key.GetString(L"t", m_large_text)).GetLength(), m_key.SetLong(L"n", 1)};
+  })));
+  // What could be written is there, and is read.
+  int size = 0;
+  EXPECT_NE(nullptr, m_key.GetBinary(L"b", &size));
+  EXPECT_TRUE(size > 0 && size <= 100'000) << size;
+  EXPECT_LT(CString(m_key.GetString(L"s", nullptr)).GetLength(), 50'000);
+}
+
+TEST_F(RegFileFaultTest, without_rights) {
+  m_key.SetString(L"s", L"円");
+  for (const wchar_t* name : {L"n.dw", L"b.dat", L"secret.dw"}) Put(name, Wide("7"));
+  PutFolder(L"sub");
+  for (const wchar_t* name : {L"n.dw", L"s.sz", L"b.dat"}) chmod(Host(name).c_str(), 0444);
+  chmod(Host(L"secret.dw").c_str(), 0);
+  // The superuser is refused nothing; the child's user isn't the folder's owner either. As its owner one may
+  // make its attributes normal, which is asked for with the sub-keys.
+  const bool other_user = geteuid() == 0;
+  const std::vector<int> expected = {7, 1, 1, 0, 5, 1, 0, 0, 0, 0, 1, 4, other_user, 0};
+  chmod(Host(L"").c_str(), 0555);
+  EXPECT_TRUE(EndedWell(Start(expected, [&]() -> std::vector<int> {
+    if (other_user && (setgid(65534) != 0 || setuid(65534) != 0)) return {};
+    const long before = OpenDescriptors();
+    char bytes[2] = {};
+    int count = 9;
+    return {m_key.GetInt(L"n", 1),
+            CString(m_key.GetString(L"s", nullptr)) == L"円",
+            m_key.GetBinary(L"b", bytes, 2),
+            m_key.GetInt(L"secret", 5),
+            m_key.GetInt(L"new", 5),
+            CString(m_key.GetString(L"new", L"d")) == L"d",
+            m_key.SetLong(L"n", 8),
+            m_key.SetString(L"s", L"x"),
+            m_key.SetBinary(L"b", bytes, 2),
+            m_key.SetLong(L"new", 8),
+            m_key.OpenSubKey(L"x", 1) == nullptr,
+            m_key.GetValueNames(&count) != nullptr ? count : 0,
+            m_key.GetSubKeyNames(&count) == nullptr,
+            static_cast<int>(OpenDescriptors() - before)};
+  })));
+  chmod(Host(L"").c_str(), 0755);
+  EXPECT_EQ(Wide("7"), Get(L"n.dw"));
+  EXPECT_FALSE(Exists(In(L"new.dw")));
+}
+
+TEST_F(RegFileFaultTest, more_bytes_than_a_size_can_tell) {
+  Put(L"b.dat", "1234");
+  ASSERT_EQ(0, truncate(Host(L"b.dat").c_str(), 1LL << 31));
+  int size = 9;
+  char bytes[] = "####";
+  EXPECT_EQ(nullptr, m_key.GetBinary(L"b", &size));
+  EXPECT_EQ(0, size);
+  EXPECT_EQ(1, m_key.GetBinary(L"b", bytes, 4));
+  EXPECT_STREQ("1234", bytes);
+}
+
+TEST_F(RegFileFaultTest, processes_write_one_tree) {
+  std::vector<pid_t> writers;
+  for (const int value : {11111, 22222, 33333}) {
+    writers.push_back(Start({0}, [this, value]() -> std::vector<int> {
+      int wrong = 0;
+      for (int i = 0; i < 200; ++i) {
+        // None when another one removes the folder meanwhile.
+        const std::unique_ptr<CQorRegFileKey> key(m_key.OpenSubKey(L"a\\b", 1));
+        if (key == nullptr) continue;
+        key->SetLong(L"n", value);
+        // Half-written: nothing yet, or the beginning.
+        const long number = key->GetLong(L"n", value);
+        wrong += number != 0 && std::to_string(number).find_first_not_of("123") != std::string::npos;
+        key->GetValueNames(nullptr);
+        if (i % 50 == 0) m_key.DeleteSubKey(L"a");
+      }
+      return {wrong};
+    }));
+  }
+  for (const pid_t writer : writers) EXPECT_TRUE(EndedWell(writer));
+  // The last writer wins: the value of one of two is there, whole.
+  for (int round = 0; round < 50; ++round) {
+    const pid_t one = Start({1}, [this] { return std::vector<int>{m_key.SetInt(L"n", 11111)}; });
+    const pid_t two = Start({1}, [this] { return std::vector<int>{m_key.SetInt(L"n", 22222)}; });
+    EXPECT_TRUE(EndedWell(one));
+    EXPECT_TRUE(EndedWell(two));
+    const std::string bytes = Get(L"n.dw");
+    EXPECT_TRUE(bytes == Wide("11111") || bytes == Wide("22222")) << bytes;
+  }
+}
+
+}  // namespace

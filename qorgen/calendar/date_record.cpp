@@ -4,13 +4,14 @@
 
 #include <cmath>
 
-#include "qorgen/calendar/civil_date.h"
 #include "qorgen/calendar/today.h"
+#include "qorgen/platform/common/civil_date.h"
 #include "qorgen/platform/types.h"
 
 namespace {
 
 using namespace qorgen::calendar;
+using namespace qorgen::platform;
 
 constexpr QORDATE kUnreadable(-1, -1, -1);
 

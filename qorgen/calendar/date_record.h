@@ -10,6 +10,7 @@
 #include <type_traits>
 
 #include "qorgen/afx/date_time.h"
+#include "qorgen/platform/common/civil_date.h"
 #include "qorgen/platform/export.h"
 
 // A date in four bytes, stored and copied as one 32-bit unit.
@@ -119,12 +120,9 @@ struct QORGEN_API QORDATE {
 
   // Days of the month. There is deliberately no check: every number that is no month has 31.
   static constexpr char GetDays(short nYear, char nMonth) {
-    if (nMonth == 2) return IsLeapYear(nYear) ? 29 : 28;
-    return nMonth == 4 || nMonth == 6 || nMonth == 9 || nMonth == 11 ? 30 : 31;
+    return static_cast<char>(qorgen::platform::MonthLength(nYear, nMonth));
   }
-  static constexpr int IsLeapYear(short nYear) {
-    return nYear % 400 == 0 || (nYear % 4 == 0 && nYear % 100 != 0);
-  }
+  static constexpr int IsLeapYear(short nYear) { return qorgen::platform::IsLeap(nYear); }
 };
 
 // A date and a time of day in eight bytes.

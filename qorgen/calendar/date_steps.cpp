@@ -1,9 +1,9 @@
 // Date arithmetic: months, days, and the questions that one date answers. Stateless but for the holidays,
 // which are kept for one year at a time and carry no lock.
 
-#include "qorgen/calendar/civil_date.h"
 #include "qorgen/calendar/date_util.h"
 #include "qorgen/calendar/national_holiday.h"
+#include "qorgen/platform/common/civil_date.h"
 
 namespace {
 
@@ -63,7 +63,7 @@ int CQorDateUtil::IsLeapYear(short nYear) {
 }
 
 int CQorDateUtil::IsLeapYear(int nYear) {
-  return qorgen::calendar::IsLeap(nYear);
+  return qorgen::platform::IsLeap(nYear);
 }
 
 int CQorDateUtil::IsValid(const QORDATE& date) {

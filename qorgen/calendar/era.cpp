@@ -7,7 +7,7 @@
 
 using qorgen::calendar::FindEra;
 using qorgen::calendar::kEraCount;
-using qorgen::calendar::kEras;
+using qorgen::calendar::kEraList;
 
 namespace {
 
@@ -24,17 +24,17 @@ int CQorDate::GetGengo() const {
 int CQorDate::GetWareki(int* pnGengo) const {
   const int era = FindEra(m_date);
   if (pnGengo != nullptr) *pnGengo = IsEra(era) ? era : qorgen::calendar::kNoEra;
-  return IsEra(era) ? m_date.year - kEras[era].first.year + 1 : 0;
+  return IsEra(era) ? m_date.year - kEraList[era].year + 1 : 0;
 }
 
 short CQorDate::GetSeirekiFromWareki(short nYear, int nGengo) {
-  return IsEra(nGengo) ? static_cast<short>(kEras[nGengo].first.year - 1 + nYear) : short{0};
+  return IsEra(nGengo) ? static_cast<short>(kEraList[nGengo].year - 1 + nYear) : short{0};
 }
 
 const wchar_t* CQorDate::GetGengoJPNString(int nGengo) {
-  return IsEra(nGengo) ? kEras[nGengo].name : nullptr;
+  return IsEra(nGengo) ? kEraList[nGengo].name : nullptr;
 }
 
 const wchar_t* CQorDate::GetGengoRomaString(int nGengo) {
-  return IsEra(nGengo) ? kEras[nGengo].letter : nullptr;
+  return IsEra(nGengo) ? kEraList[nGengo].letter : nullptr;
 }

@@ -3,14 +3,15 @@
 
 #include "qorgen/calendar/era_date.h"
 
-#include "qorgen/calendar/civil_date.h"
 #include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/era_table.h"
 #include "qorgen/calendar/today.h"
+#include "qorgen/platform/common/civil_date.h"
 
 namespace {
 
 using namespace qorgen::calendar;
+using namespace qorgen::platform;
 
 struct PartsInUse {
   bool year;
@@ -36,8 +37,6 @@ constexpr PartsInUse PartsOfKind(unsigned style) {
       return {true, true, true};
   }
 }
-
-constexpr double kHighestDate = DayNumber(9999, 12, 31);
 
 constexpr int kEarliestYear = 1899;  // what a completed date may have at least
 
@@ -69,7 +68,7 @@ CQorDate::~CQorDate() = default;
 void CQorDate::Initial() {
   m_nStyle = kEmptyAllowed;
   m_dtMin = 0.0;
-  m_dtMax = kHighestDate;
+  m_dtMax = kLastDayNumber;
   m_dtValue = 0.0;
   m_date.Empty();
   m_bReserved = 0;

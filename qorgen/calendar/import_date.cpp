@@ -57,7 +57,7 @@ class ImportReader {
   // The year. `era` receives the index of the era read or inferred, -1 for none.
   bool TakeYear(int& year, int& era) {
     for (era = kEraCount - 1; era >= 0; --era) {
-      if (Take(kEras[era].letter) || Take(kEras[era].name)) break;
+      if (Take(kEraList[era].letter) || Take(kEraList[era].name)) break;
     }
     if (era >= 0) {
       if (!AtEnd() && Current() == L'.') Step();

@@ -3,8 +3,9 @@
 #include <iterator>
 
 #include "qorgen/platform/automation.h"
+#include "qorgen/platform/common/civil_date.h"
+#include "qorgen/platform/common/era_list.h"
 #include "qorgen/platform/linux/automation/width.h"
-#include "qorgen/platform/linux/civil_day.h"
 
 using namespace qorgen::platform;
 
@@ -38,27 +39,20 @@ struct Token {
 struct Sign {
   wchar_t text[3];
   Kind kind;
-  int value;
 };
 
-// Longer ones first, where one begins another. An era counts from the year before its first: 明治 1868, 大正
-// 1912, 昭和 1926, 平成 1989, 令和 2019.
 constexpr Sign kSigns[] = {
-    {L"明治", Kind::kEra, 1867}, {L"大正", Kind::kEra, 1911}, {L"昭和", Kind::kEra, 1925},
-    {L"平成", Kind::kEra, 1988}, {L"令和", Kind::kEra, 2018}, {L"午前", Kind::kAm, 0},
-    {L"午後", Kind::kPm, 0},     {L"明", Kind::kEra, 1867},   {L"大", Kind::kEra, 1911},
-    {L"昭", Kind::kEra, 1925},   {L"平", Kind::kEra, 1988},   {L"令", Kind::kEra, 2018},
-    {L"㍾", Kind::kEra, 1867},   {L"㍽", Kind::kEra, 1911},   {L"㍼", Kind::kEra, 1925},
-    {L"㍻", Kind::kEra, 1988},   {L"㋿", Kind::kEra, 2018},  {L"元", Kind::kFirstYear, 1},
-    {L"年", Kind::kYear, 0},     {L"月", Kind::kMonth, 0},    {L"日", Kind::kDay, 0},
-    {L"時", Kind::kHour, 0},     {L"分", Kind::kMinute, 0},   {L"秒", Kind::kSecond, 0},
+    {L"午前", Kind::kAm}, {L"午後", Kind::kPm},   {L"元", Kind::kFirstYear},
+    {L"年", Kind::kYear}, {L"月", Kind::kMonth},  {L"日", Kind::kDay},
+    {L"時", Kind::kHour}, {L"分", Kind::kMinute}, {L"秒", Kind::kSecond},
 };
 
-struct EraLetter {
-  char letter;
-  int value;
-};
-constexpr EraLetter kEraLetters[] = {{'m', 1867}, {'t', 1911}, {'s', 1925}, {'h', 1988}, {'r', 2018}};
+// The units at `text` that name the era: its name, its first character or its square form; 0 for others.
+int NamedBy(const EraRow& era, const wchar_t* text) {
+  if (*text == era.square) return 1;
+  if (*text != era.name[0]) return 0;
+  return text[1] == era.name[1] ? 2 : 1;
+}
 
 constexpr const char* kMonths[] = {"january", "february", "march",     "april",   "may",      "june",
                                    "july",    "august",   "september", "october", "november", "december"};
@@ -96,12 +90,19 @@ class Tokens {
       ++*at;
       return true;
     }
+    for (const EraRow& era : kEraList) {
+      const int length = NamedBy(era, *at);
+      if (length == 0) continue;
+      *token = {Kind::kEra, token->spaced, 0, 0, era.year - 1};
+      *at += length;
+      return true;
+    }
     for (const Sign& sign : kSigns) {
       int length = 0;
       while (sign.text[length] != 0 && (*at)[length] == sign.text[length]) ++length;
       if (sign.text[length] != 0) continue;
       token->kind = sign.kind;
-      token->value = sign.value;
+      token->value = sign.kind == Kind::kFirstYear ? 1 : 0;
       *at += length;
       return true;
     }
@@ -130,10 +131,10 @@ class Tokens {
       return true;
     }
     if (length == 1) {
-      for (const EraLetter& era : kEraLetters) {
-        if (word[0] != era.letter) continue;
+      for (const EraRow& era : kEraList) {
+        if (word[0] != (era.letter[0] | 0x20)) continue;
         token->kind = Kind::kEra;
-        token->value = era.value;
+        token->value = era.year - 1;
         return true;
       }
     }
@@ -377,9 +378,8 @@ class DateReader {
   }
 
   bool Set(int year, int month, int day) {
-    if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1 || day > DaysInMonth(year, month))
-      return false;
-    day_ = DayFromCivil(year, month, day);
+    if (!HasDayNumber(year, month, day)) return false;
+    day_ = DayNumber(year, month, day);
     return true;
   }
 

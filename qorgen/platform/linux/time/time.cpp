@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "qorgen/platform/linux/civil_day.h"
+#include "qorgen/platform/common/civil_date.h"
 #include "qorgen/platform/linux/time/test_clock.h"
 
 namespace qorgen::platform {
@@ -78,8 +78,8 @@ int SystemTimeToVariantTime(SYSTEMTIME* system_time, double* variant_time) {
   }
   int year = from.wYear;
   if (year < 100) year += year < 30 ? 2000 : 1900;
-  const int day = DayFromCivil(year, from.wMonth, from.wDay);
-  if (day < kFirstVariantDay || day > kLastVariantDay) return 0;
+  const int day = DayNumber(year, from.wMonth, from.wDay);
+  if (!IsDayNumber(day)) return 0;
   const double fraction = (from.wHour * 3600 + from.wMinute * 60 + from.wSecond) / 86400.0;
   *variant_time = day < 0 ? day - fraction : day + fraction;
   return 1;
@@ -87,20 +87,19 @@ int SystemTimeToVariantTime(SYSTEMTIME* system_time, double* variant_time) {
 
 int VariantTimeToSystemTime(double variant_time, SYSTEMTIME* system_time) {
   // Written so that what is no number fails too.
-  if (!(variant_time > kFirstVariantDay - 1.0 && variant_time < kLastVariantDay + 1.0)) return 0;
+  if (!(variant_time > kFirstDayNumber - 1.0 && variant_time < kLastDayNumber + 1.0)) return 0;
   if (system_time == nullptr) return 0;
   int day = static_cast<int>(variant_time);
   int seconds = static_cast<int>(std::floor(std::fabs(variant_time - day) * 86400.0 + 0.5));
   if (seconds >= 86400) {
     seconds = 0;
     ++day;
-    if (day > kLastVariantDay) return 0;
+    if (day > kLastDayNumber) return 0;
   }
-  const CivilDay civil = CivilFromDay(day);
+  const CivilDate civil = CivilFromDayNumber(day);
   system_time->wYear = static_cast<WORD>(civil.year);
   system_time->wMonth = static_cast<WORD>(civil.month);
-  // Day 0 was a Saturday; the offset makes every day of the range positive and is a multiple of 7, plus 6.
-  system_time->wDayOfWeek = static_cast<WORD>((day + 657440 + 6) % 7);
+  system_time->wDayOfWeek = static_cast<WORD>(WeekDay(day));
   system_time->wDay = static_cast<WORD>(civil.day);
   system_time->wHour = static_cast<WORD>(seconds / 3600);
   system_time->wMinute = static_cast<WORD>(seconds / 60 % 60);

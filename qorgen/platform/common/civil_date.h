@@ -1,12 +1,13 @@
 #pragma once
 
-// Arithmetic of the proleptic Gregorian calendar over plain integers, all of it constexpr.
+// Arithmetic of the proleptic Gregorian calendar over plain integers, all of it constexpr: the one that the
+// calendar, the variant times, the file times and the formatted times share.
 //
 // A day number counts days from 30 December 1899, as the whole part of the platform's DATE does. Stateless.
 
 #include <limits>
 
-namespace qorgen::calendar {
+namespace qorgen::platform {
 
 struct CivilDate {
   int year;
@@ -24,8 +25,8 @@ constexpr int MonthLength(int year, int month) {
   return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
 }
 
-// The day number of a date of the year 0 or later. The year is taken to begin in March, so that the leap day
-// is its last: month lengths then follow (153 * m + 2) / 5, and a cycle of 400 years has 146097 days.
+// The day number of a date of the year 0 or later; the day may lie outside its month and counts on. The year is
+// taken to begin in March, so that the leap day is its last: month lengths then follow (153 * m + 2) / 5, and a cycle of 400 years has 146097 days.
 constexpr int DayNumber(int year, int month, int day) {
   const int shifted = month > 2 ? year : year - 1;
   const int cycle = (shifted >= 0 ? shifted : shifted - 399) / 400;
@@ -52,7 +53,7 @@ constexpr bool HasDayNumber(int year, int month, int day) {
          day <= MonthLength(year, month);
 }
 
-// The date of a day number for which IsDayNumber holds.
+// The date of a day number of 1 March of the year 0 or later.
 constexpr CivilDate CivilFromDayNumber(int number) {
   const int days = number + 693899;
   const int cycle = days / 146097;
@@ -87,4 +88,4 @@ static_assert(CivilFromDayNumber(0).year == 1899 && CivilFromDayNumber(0).month 
               CivilFromDayNumber(0).day == 30);
 static_assert(WeekDay(0) == 6 && WeekDay(1) == 0 && WeekDay(-6) == 0 && WeekDay(-7) == 6);
 
-}  // namespace qorgen::calendar
+}  // namespace qorgen::platform

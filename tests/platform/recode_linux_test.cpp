@@ -1,4 +1,5 @@
-// Converting from one code page to the other in one pass gives what the two published calls give.
+// The short ways give what the published calls give: decoding with padding behind the source, and converting
+// from one code page to the other in one pass.
 
 #include <gtest/gtest.h>
 #include <random>
@@ -6,6 +7,7 @@
 #include <vector>
 
 #include "qorgen/platform/codepage.h"
+#include "qorgen/platform/linux/codepage/codec.h"
 
 namespace {
 
@@ -24,6 +26,33 @@ std::string InOne(UINT from, UINT to, const std::string& source) {
   const std::vector<char> bytes(source.begin(), source.end());
   std::vector<char> result(qorgen_recode_room(source.size()));
   return {result.data(), qorgen_recode(from, to, bytes.data(), bytes.size(), result.data())};
+}
+
+TEST(Padded932, WhatLiesInThePaddingIsNoText) {
+  using namespace qorgen::platform;
+  const std::string pieces[] = {
+      "a", "\xB1", "\x93\xFA", "\x81", "\x80", "\xFC\xFC", std::string("\x81\0", 2)};
+  std::mt19937 random(5);
+  for (int round = 0; round < 4000; ++round) {
+    std::string source;
+    for (unsigned left = random() % 8; left != 0; --left) {
+      const std::string& piece = pieces[random() % std::size(pieces)];
+      for (unsigned times = random() % 20; times != 0; --times) source += piece;
+    }
+    std::vector<wchar_t> expected(source.size());
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(source.data());
+    const Progress plain = Decode932(bytes, source.size(), expected.data(), expected.size());
+    // To the byte, so that a sanitizer sees a step outside.
+    std::vector<unsigned char> padded(bytes, bytes + source.size());
+    padded.resize(source.size() + kDecodePadding, "a\xB1\x93\0"[random() % 4]);
+    std::vector<wchar_t> text(padded.size());
+    const Progress progress = DecodePadded932(padded.data(), source.size(), text.data());
+    expected.resize(plain.written);
+    text.resize(progress.written);
+    ASSERT_EQ(expected, text) << source;
+    ASSERT_EQ(plain.lone_lead, progress.lone_lead) << source;
+    ASSERT_EQ(source.size(), progress.read);
+  }
 }
 
 TEST(Recode, EveryUnitAndEveryPairOfBytes) {

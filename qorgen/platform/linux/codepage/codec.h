@@ -52,6 +52,12 @@ inline char* PutCode932(char* out, std::uint16_t code) {
 }
 
 Progress Decode932(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity);
+
+// The same for a source with kDecodePadding readable bytes behind it, whatever they are, and a text with room
+// for as many units more than there are bytes; units behind the result may be overwritten. Reads everything.
+inline constexpr std::size_t kDecodePadding = 16;
+Progress DecodePadded932(const unsigned char* source, std::size_t bytes, wchar_t* text);
+
 // The units that the bytes decode to.
 std::size_t Count932(const unsigned char* source, std::size_t bytes);
 bool IsValid932(const unsigned char* source, std::size_t bytes);

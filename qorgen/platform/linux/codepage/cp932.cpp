@@ -1,124 +1,117 @@
 // Code page 932. The decoder takes sixteen one-byte characters at a time (ASCII and half-width katakana alike
 // differ from their units by a constant) and one table look-up for each pair.
 
+#include <algorithm>
 #include <bit>
+#include <emmintrin.h>
 
 #include "qorgen/platform/linux/codepage/codec.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 namespace qorgen::platform {
 namespace {
 
-constexpr bool IsPlainSingle(unsigned char byte) {
-  return byte < 0x80 || (byte >= 0xA1 && byte <= 0xDF);
-}
-
-#if defined(__SSE2__)
 constexpr std::size_t kBlock = 16;
+static_assert(kDecodePadding >= kBlock);
 
-// Bit i is set where byte i is neither ASCII nor half-width katakana.
-unsigned StopMask(__m128i block) {
+// Stores sixteen units for sixteen bytes. Gives a bit for each byte that is neither ASCII nor half-width
+// katakana: from the first of them on the units mean nothing.
+unsigned StoreSingles(__m128i block, wchar_t* text) {
   // As signed bytes: ASCII is 0 or more, katakana -95 to -33.
-  const __m128i ascii = _mm_cmpgt_epi8(block, _mm_set1_epi8(-1));
+  const __m128i high = _mm_cmplt_epi8(block, _mm_setzero_si128());
   const __m128i kana =
       _mm_and_si128(_mm_cmpgt_epi8(block, _mm_set1_epi8(-96)), _mm_cmplt_epi8(block, _mm_set1_epi8(-32)));
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(ascii, kana))) ^ 0xFFFFu;
+  // U+FF61 for 0xA1: the byte less 0x40, and 0xFF above it.
+  const __m128i low = _mm_sub_epi8(block, _mm_and_si128(high, _mm_set1_epi8(0x40)));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(text), _mm_unpacklo_epi8(low, high));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(text + 8), _mm_unpackhi_epi8(low, high));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(kana, block)));
 }
 
-// Sixteen units for sixteen bytes; right wherever StopMask has no bit.
-void StoreSingles(__m128i block, wchar_t* text) {
-  const __m128i zero = _mm_setzero_si128();
-  const __m128i high = _mm_cmplt_epi8(block, zero);
-  const __m128i shift = _mm_set1_epi16(static_cast<short>(0xFEC0));
-  const __m128i low8 =
-      _mm_add_epi16(_mm_unpacklo_epi8(block, zero), _mm_and_si128(_mm_unpacklo_epi8(high, high), shift));
-  const __m128i high8 =
-      _mm_add_epi16(_mm_unpackhi_epi8(block, zero), _mm_and_si128(_mm_unpackhi_epi8(high, high), shift));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(text), low8);
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(text + 8), high8);
-}
-#endif
-
-// Decodes while room for as many units as bytes are left is certain; a lead byte at the very end stays
-// unread.
-Progress DecodeRun(const Tables932& tables, const unsigned char* source, std::size_t bytes, wchar_t* text) {
-  const unsigned char* at = source;
-  const unsigned char* const end = source + bytes;
-  wchar_t* out = text;
-  for (;;) {
-#if defined(__SSE2__)
-    while (static_cast<std::size_t>(end - at) >= kBlock) {
-      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-      const unsigned stops = StopMask(block);
-      if ((stops & 1) != 0) break;
-      StoreSingles(block, out);
-      const auto count = static_cast<std::size_t>(stops == 0 ? kBlock : std::countr_zero(stops));
-      at += count;
-      out += count;
-      if (stops != 0) break;
-    }
-#endif
-    while (end - at >= 2 && IsLead932(*at)) {
-      const wchar_t unit = DecodePair932(tables, at[0], at[1]);
-      *out++ = unit != 0 ? unit : kUnassigned932;
-      at += unit != 0 ? 2 : 1;
-    }
-    if (at == end || (end - at == 1 && IsLead932(*at))) break;
-#if defined(__SSE2__)
-    if (static_cast<std::size_t>(end - at) >= kBlock && IsPlainSingle(*at)) continue;
-#endif
-    *out++ = tables.single[*at++];
+// One pair of bytes; the unit for a lead byte alone where no character can follow. A jump, so that where
+// the next character begins doesn't wait for the table.
+inline const unsigned char* PutPair(const Tables932& tables, const unsigned char* at, wchar_t*& out) {
+  const wchar_t unit = DecodePair932(tables, at[0], at[1]);
+  if (unit == 0) [[unlikely]] {
+    *out++ = kUnassigned932;
+    return at + 1;
   }
-  return {static_cast<std::size_t>(at - source), static_cast<std::size_t>(out - text)};
+  *out++ = unit;
+  return at + 2;
 }
 
 }  // namespace
 
-Progress Decode932(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity) {
+Progress DecodePadded932(const unsigned char* source, std::size_t bytes, wchar_t* text) {
   const Tables932& tables = GetTables932();
+  const unsigned char* at = source;
+  const unsigned char* const end = source + bytes;
+  wchar_t* out = text;
+  bool lone_lead = false;
+  while (at < end) {
+    const unsigned stops = StoreSingles(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)), out);
+    // A jump, too, where the count need not be waited for.
+    if (stops == 0) {
+      at += kBlock;
+      out += kBlock;
+      continue;
+    }
+    const int count = std::countr_zero(stops);
+    at += count;
+    out += count;
+    if (at >= end) break;
+    if (!IsLead932(*at)) {
+      *out++ = tables.single[*at++];
+    } else if (end - at == 1) {
+      *out++ = kUnassigned932;
+      ++at;
+      lone_lead = true;
+    } else {
+      do {
+        at = PutPair(tables, at, out);
+      } while (end - at >= 2 && IsLead932(*at));
+    }
+  }
+  // The last block may have gone on into the padding.
+  return {bytes, static_cast<std::size_t>(out - text) - static_cast<std::size_t>(at - end), lone_lead};
+}
+
+Progress Decode932(const unsigned char* source, std::size_t bytes, wchar_t* text, std::size_t capacity) {
   Progress total;
   while (total.read < bytes && total.written < capacity) {
+    const unsigned char* const at = source + total.read;
+    wchar_t* const out = text + total.written;
     const std::size_t left = bytes - total.read;
-    const std::size_t room = capacity - total.written;
-    const Progress run =
-        DecodeRun(tables, source + total.read, left < room ? left : room, text + total.written);
-    total.read += run.read;
-    total.written += run.written;
-    if (run.read != 0) continue;
-    // A lead byte alone in what is left, or the last pair for the last unit of room.
-    const wchar_t unit = left >= 2 ? DecodePair932(tables, source[total.read], source[total.read + 1]) : 0;
-    text[total.written++] = unit != 0 ? unit : kUnassigned932;
-    total.read += unit != 0 ? 2 : 1;
-    total.lone_lead = left == 1;
+    const std::size_t sure = std::min(left, capacity - total.written);
+    Progress run;
+    if (sure > 2 * kDecodePadding) {
+      // What follows is the padding.
+      run = DecodePadded932(at, sure - kDecodePadding, out);
+    } else {
+      unsigned char some[3 * kDecodePadding] = {};
+      wchar_t units[3 * kDecodePadding];
+      std::copy_n(at, sure, some);
+      run = DecodePadded932(some, sure, units);
+      std::copy_n(units, run.written, out);
+    }
+    if (run.lone_lead && run.read < left) {
+      // Its trail byte is there; a pair may be all that fits.
+      --run.read;
+      --run.written;
+      run.lone_lead = false;
+      if (run.read == 0) {
+        wchar_t* place = out;
+        run = {static_cast<std::size_t>(PutPair(GetTables932(), at, place) - at), 1};
+      }
+    }
+    total = {total.read + run.read, total.written + run.written, run.lone_lead};
   }
   return total;
 }
 
 std::size_t Count932(const unsigned char* source, std::size_t bytes) {
   std::size_t units = 0;
-  const unsigned char* at = source;
-  const unsigned char* const end = source + bytes;
-  while (at < end) {
-#if defined(__SSE2__)
-    while (static_cast<std::size_t>(end - at) >= kBlock) {
-      const unsigned stops = StopMask(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)));
-      const auto count = static_cast<std::size_t>(stops == 0 ? kBlock : std::countr_zero(stops));
-      at += count;
-      units += count;
-      if (stops != 0) break;
-    }
-#endif
-    while (at < end && IsLead932(*at)) {
-      at += end - at >= 2 && at[1] != 0 ? 2 : 1;
-      ++units;
-    }
-    if (at < end && !IsLead932(*at)) {
-      ++at;
-      ++units;
-    }
+  for (std::size_t at = 0; at < bytes; ++units) {
+    at += IsLead932(source[at]) && at + 1 < bytes && source[at + 1] != 0 ? 2 : 1;
   }
   return units;
 }

@@ -11,6 +11,7 @@ if(WIN32)
   add_test(NAME check_package COMMAND ${checks}/package_windows.sh ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
 elseif(NOT QORGEN_SANITIZE)
   add_test(NAME check_wide_symbols COMMAND ${checks}/wide_symbols.sh $<TARGET_FILE:qorgen>)
+  add_test(NAME check_linked_libraries COMMAND ${checks}/linked_libraries.sh $<TARGET_FILE:qorgen>)
   add_test(NAME check_format COMMAND ${checks}/format.sh ${PROJECT_SOURCE_DIR})
   add_test(NAME check_package COMMAND ${checks}/package.sh ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}
                                       ${CMAKE_CXX_COMPILER})

@@ -16,7 +16,8 @@ class QORGEN_API CImage {
   CImage& operator=(const CImage&) = delete;
   ~CImage();
 
-  // Starts the image service if it isn't running; FALSE if it cannot be started.
+  // Starts the image service if it isn't running; FALSE if it cannot be started (Linux: libgd is missing). Load
+  // and Save then give E_FAIL.
   static BOOL InitGDIPlus();
   // Stops it. No CImage may be loading or saving meanwhile; the next Load starts it again.
   static void ReleaseGDIPlus();

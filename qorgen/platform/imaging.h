@@ -103,6 +103,7 @@ struct ImageCodecInfo {
 };
 struct EncoderParameters;  // only null is passed: every encoder's usual settings
 
+// Linux: loads libgd. Win32Error, with ERROR_MOD_NOT_FOUND as the last error, on a machine without it.
 Status GdiplusStartup(std::uintptr_t* token, const GdiplusStartupInput* input, GdiplusStartupOutput* output);
 void GdiplusShutdown(std::uintptr_t token);
 

@@ -88,7 +88,8 @@ enum ASSOCSTR { ASSOCSTR_EXECUTABLE = 2 };
 //  - HRESULT of ERROR_NO_ASSOCIATION: nothing is registered; `count` stays.
 //  - E_INVALIDARG: a null or empty argument or another kind of question.
 // Linux: the content type that the desktop's database gives for the extension, its default application, and
-// the program of that, found through the search path and given in the form "C:\usr\bin\vim".
+// the program of that, found through the search path and given in the form "C:\usr\bin\vim". Nothing counts as
+// registered on a machine without GIO.
 HRESULT AssocQueryStringW(ASSOCF flags, ASSOCSTR kind, LPCWSTR association, LPCWSTR verb, LPWSTR out,
                           DWORD* count);
 

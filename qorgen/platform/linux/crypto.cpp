@@ -6,17 +6,27 @@
 #include <openssl/evp.h>
 
 #include "qorgen/platform/error.h"
+#include "qorgen/platform/linux/optional_library.h"
 
 namespace {
 
-struct Release {
-  void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
+using qorgen::platform::Loaded;
+
+struct Crypto : qorgen::platform::OptionalLibrary {
+  Crypto() : OptionalLibrary(QORGEN_SONAME_CRYPTO) {}
+  QORGEN_LIBRARY_FUNCTION(EVP_DigestFinal_ex);
+  QORGEN_LIBRARY_FUNCTION(EVP_DigestInit_ex);
+  QORGEN_LIBRARY_FUNCTION(EVP_DigestUpdate);
+  QORGEN_LIBRARY_FUNCTION(EVP_MD_CTX_free);
+  QORGEN_LIBRARY_FUNCTION(EVP_MD_CTX_new);
+  QORGEN_LIBRARY_FUNCTION(EVP_md5);
 };
 
 constexpr DWORD kDigestSize = 16;
 
 struct Hash {
-  std::unique_ptr<EVP_MD_CTX, Release> context;
+  const Crypto& crypto;
+  std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context;
   bool finished = false;
   unsigned char digest[EVP_MAX_MD_SIZE] = {};
 };
@@ -36,7 +46,8 @@ Hash* HashOf(HCRYPTHASH hash) {
 bool Finish(Hash& hash) {
   if (hash.finished) return true;
   unsigned int size = 0;
-  hash.finished = EVP_DigestFinal_ex(hash.context.get(), hash.digest, &size) == 1 && size == kDigestSize;
+  hash.finished =
+      hash.crypto.EVP_DigestFinal_ex(hash.context.get(), hash.digest, &size) == 1 && size == kDigestSize;
   return hash.finished;
 }
 
@@ -48,6 +59,7 @@ BOOL CryptAcquireContextW(HCRYPTPROV* provider, LPCWSTR container, LPCWSTR /*pro
   if (type != PROV_RSA_FULL) return Fail(NTE_PROV_TYPE_NOT_DEF);
   if ((flags & CRYPT_VERIFYCONTEXT) != CRYPT_VERIFYCONTEXT) return Fail(NTE_BAD_KEYSET);
   if (container != nullptr) return Fail(NTE_BAD_FLAGS);
+  if (Loaded<Crypto>() == nullptr) return Fail(NTE_PROVIDER_DLL_FAIL);
   auto* made = new (std::nothrow) Provider;
   if (made == nullptr) return Fail(static_cast<HRESULT>(ERROR_NOT_ENOUGH_MEMORY));
   *provider = reinterpret_cast<HCRYPTPROV>(made);
@@ -64,10 +76,12 @@ BOOL CryptCreateHash(HCRYPTPROV provider, ALG_ID algorithm, HCRYPTKEY key, DWORD
                      HCRYPTHASH* hash) {
   if (provider == 0 || hash == nullptr) return Fail(static_cast<HRESULT>(ERROR_INVALID_PARAMETER));
   if (algorithm != CALG_MD5 || key != 0) return Fail(NTE_BAD_ALGID);
-  std::unique_ptr<Hash> made(new (std::nothrow) Hash);
-  if (made != nullptr) made->context.reset(EVP_MD_CTX_new());
+  const Crypto* crypto = Loaded<Crypto>();
+  if (crypto == nullptr) return Fail(NTE_PROVIDER_DLL_FAIL);
+  std::unique_ptr<Hash> made(new (std::nothrow)
+                                 Hash{*crypto, {crypto->EVP_MD_CTX_new(), crypto->EVP_MD_CTX_free}});
   if (made == nullptr || made->context == nullptr) return Fail(static_cast<HRESULT>(ERROR_NOT_ENOUGH_MEMORY));
-  if (EVP_DigestInit_ex(made->context.get(), EVP_md5(), nullptr) != 1) return Fail(NTE_FAIL);
+  if (crypto->EVP_DigestInit_ex(made->context.get(), crypto->EVP_md5(), nullptr) != 1) return Fail(NTE_FAIL);
   *hash = reinterpret_cast<HCRYPTHASH>(made.release());
   return TRUE;
 }
@@ -77,7 +91,8 @@ BOOL CryptHashData(HCRYPTHASH hash, const BYTE* data, DWORD length, DWORD /*flag
   if (HashOf(hash)->finished) return Fail(NTE_BAD_HASH_STATE);
   if (length == 0) return TRUE;
   if (data == nullptr) return Fail(static_cast<HRESULT>(ERROR_INVALID_PARAMETER));
-  return EVP_DigestUpdate(HashOf(hash)->context.get(), data, length) == 1 ? TRUE : Fail(NTE_FAIL);
+  const Hash& target = *HashOf(hash);
+  return target.crypto.EVP_DigestUpdate(target.context.get(), data, length) == 1 ? TRUE : Fail(NTE_FAIL);
 }
 
 BOOL CryptGetHashParam(HCRYPTHASH hash, DWORD parameter, BYTE* data, DWORD* length, DWORD /*flags*/) {

@@ -31,13 +31,13 @@ namespace qorgen::platform {
 
 enum class ImageFormat { kBmp, kJpeg, kGif, kTiff, kPng };
 
-// Null when the bytes are no image that can be read.
+// Null when the bytes are no image that can be read. Both need LoadImageLibrary first.
 [[nodiscard]] std::unique_ptr<Gdiplus::GpBitmap> DecodeImage(const std::vector<BYTE>& file);
 
 // The bytes of an image file; empty on failure. The bitmap has 24 or 32 bits.
 [[nodiscard]] std::vector<BYTE> EncodeImage(const Gdiplus::GpBitmap& bitmap, ImageFormat format);
 
-// Keeps the image library from writing its complaints to standard error.
-void SilenceImageLibrary();
+// Loads the image library and keeps it from writing its complaints to standard error; false when it is missing.
+[[nodiscard]] bool LoadImageLibrary();
 
 }  // namespace qorgen::platform

@@ -1,52 +1,77 @@
-// Images from and to files, through libgd.
+// Images from and to files, through libgd, which is loaded when the service is started.
 
 #include <algorithm>
 #include <array>
 #include <climits>
 #include <cstdarg>
 #include <cstring>
-#include <dlfcn.h>
 #include <gd.h>
 #include <string_view>
 #include <unordered_map>
 
 #include "qorgen/platform/linux/imaging/bitmap.h"
+#include "qorgen/platform/linux/optional_library.h"
 
 namespace qorgen::platform {
 namespace {
 
 using Gdiplus::GpBitmap;
 
-struct Release {
-  void operator()(gdImage* image) const { gdImageDestroy(image); }
-};
-using Picture = std::unique_ptr<gdImage, Release>;
+using TiffHandler = void (*)(const char* module, const char* format, va_list);
 
-using Reader = gdImagePtr (*)(int size, void* data);
+struct Gd : OptionalLibrary {
+  Gd() : OptionalLibrary(QORGEN_SONAME_GD) {}
+  QORGEN_LIBRARY_FUNCTION(gdFree);
+  QORGEN_LIBRARY_FUNCTION(gdImageBmpPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageColorAllocate);
+  QORGEN_LIBRARY_FUNCTION(gdImageCreate);
+  QORGEN_LIBRARY_FUNCTION(gdImageCreateFromBmpPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageCreateFromGifPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageCreateFromJpegPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageCreateFromPngPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageCreateFromTiffPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageCreateTrueColor);
+  QORGEN_LIBRARY_FUNCTION(gdImageDestroy);
+  QORGEN_LIBRARY_FUNCTION(gdImageGifPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageJpegPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImagePngPtr);
+  QORGEN_LIBRARY_FUNCTION(gdImageSaveAlpha);
+  QORGEN_LIBRARY_FUNCTION(gdImageTiffPtr);
+  QORGEN_LIBRARY_FUNCTION(gdSetErrorMethod);
+  // Of libtiff, which libgd brings along and whose header isn't here.
+  TiffHandler (*TIFFSetWarningHandler)(TiffHandler) = FindIfThere("TIFFSetWarningHandler");
+  TiffHandler (*TIFFSetErrorHandler)(TiffHandler) = FindIfThere("TIFFSetErrorHandler");
+};
+
+using Picture = std::unique_ptr<gdImage, decltype(&gdImageDestroy)>;
+
+Picture Own(const Gd& gd, gdImage* image) {
+  return {image, gd.gdImageDestroy};
+}
 
 struct Signature {
   std::string_view start;
-  Reader read;
+  decltype(&gdImageCreateFromPngPtr) Gd::*read;
 };
 
 using namespace std::string_view_literals;
 constexpr std::array<Signature, 6> kSignatures = {{
-    {"\x89PNG\r\n\x1a\n"sv, gdImageCreateFromPngPtr},
-    {"\xFF\xD8\xFF"sv, gdImageCreateFromJpegPtr},
-    {"BM"sv, gdImageCreateFromBmpPtr},
-    {"GIF8"sv, gdImageCreateFromGifPtr},
-    {"II*\0"sv, gdImageCreateFromTiffPtr},
-    {"MM\0*"sv, gdImageCreateFromTiffPtr},
+    {"\x89PNG\r\n\x1a\n"sv, &Gd::gdImageCreateFromPngPtr},
+    {"\xFF\xD8\xFF"sv, &Gd::gdImageCreateFromJpegPtr},
+    {"BM"sv, &Gd::gdImageCreateFromBmpPtr},
+    {"GIF8"sv, &Gd::gdImageCreateFromGifPtr},
+    {"II*\0"sv, &Gd::gdImageCreateFromTiffPtr},
+    {"MM\0*"sv, &Gd::gdImageCreateFromTiffPtr},
 }};
 
 constexpr int kUsualJpegQuality = 75;
 
-Picture ReadPicture(const std::vector<BYTE>& file) {
+gdImage* ReadPicture(const Gd& gd, const std::vector<BYTE>& file) {
   if (file.size() > INT_MAX) return nullptr;
   for (const Signature& signature : kSignatures) {
     if (file.size() > signature.start.size() &&
         std::memcmp(file.data(), signature.start.data(), signature.start.size()) == 0) {
-      return Picture(signature.read(static_cast<int>(file.size()), const_cast<BYTE*>(file.data())));
+      return (gd.*signature.read)(static_cast<int>(file.size()), const_cast<BYTE*>(file.data()));
     }
   }
   return nullptr;
@@ -99,9 +124,9 @@ void TakeRow(const gdImage& picture, int y, GpBitmap& bitmap) {
   }
 }
 
-Picture MakePicture(const GpBitmap& bitmap) {
-  Picture picture(gdImageCreateTrueColor(bitmap.width, bitmap.height));
-  if (picture == nullptr) return nullptr;
+Picture MakePicture(const Gd& gd, const GpBitmap& bitmap) {
+  Picture picture = Own(gd, gd.gdImageCreateTrueColor(bitmap.width, bitmap.height));
+  if (picture == nullptr) return picture;
   const bool with_alpha = bitmap.format == Gdiplus::PixelFormat32bppARGB;
   const int bytes = static_cast<int>(Gdiplus::GetPixelFormatSize(bitmap.format) / 8);
   for (int y = 0; y < bitmap.height; ++y) {
@@ -111,24 +136,24 @@ Picture MakePicture(const GpBitmap& bitmap) {
       picture->tpixels[y][x] = gdTrueColorAlpha(pixel[2], pixel[1], pixel[0], alpha);
     }
   }
-  gdImageSaveAlpha(picture.get(), with_alpha ? 1 : 0);
+  gd.gdImageSaveAlpha(picture.get(), with_alpha ? 1 : 0);
   return picture;
 }
 
 // The picture with its own colours as the palette, if they are few enough: libgd's reduction is not exact
 // even then.
-Picture MakeExactPalettePicture(const gdImage& source) {
-  Picture picture(gdImageCreate(source.sx, source.sy));
-  if (picture == nullptr) return nullptr;
+Picture MakeExactPalettePicture(const Gd& gd, const gdImage& source) {
+  Picture picture = Own(gd, gd.gdImageCreate(source.sx, source.sy));
+  if (picture == nullptr) return picture;
   std::unordered_map<int, unsigned char> entries;
   for (int y = 0; y < source.sy; ++y) {
     for (int x = 0; x < source.sx; ++x) {
       const int color = source.tpixels[y][x] & 0xFFFFFF;
       auto entry = entries.find(color);
       if (entry == entries.end()) {
-        if (entries.size() == gdMaxColors) return nullptr;
-        const int index = gdImageColorAllocate(picture.get(), gdTrueColorGetRed(color),
-                                               gdTrueColorGetGreen(color), gdTrueColorGetBlue(color));
+        if (entries.size() == gdMaxColors) return Own(gd, nullptr);
+        const int index = gd.gdImageColorAllocate(picture.get(), gdTrueColorGetRed(color),
+                                                  gdTrueColorGetGreen(color), gdTrueColorGetBlue(color));
         entry = entries.emplace(color, static_cast<unsigned char>(index)).first;
       }
       picture->pixels[y][x] = entry->second;
@@ -137,37 +162,32 @@ Picture MakeExactPalettePicture(const gdImage& source) {
   return picture;
 }
 
-void* Write(gdImage* picture, ImageFormat format, int* size) {
+void* Write(const Gd& gd, gdImage* picture, ImageFormat format, int* size) {
   switch (format) {
     case ImageFormat::kBmp:
-      return gdImageBmpPtr(picture, size, 0);
+      return gd.gdImageBmpPtr(picture, size, 0);
     case ImageFormat::kJpeg:
-      return gdImageJpegPtr(picture, size, kUsualJpegQuality);
+      return gd.gdImageJpegPtr(picture, size, kUsualJpegQuality);
     case ImageFormat::kGif: {
-      const Picture exact = MakeExactPalettePicture(*picture);
-      return gdImageGifPtr(exact != nullptr ? exact.get() : picture, size);
+      const Picture exact = MakeExactPalettePicture(gd, *picture);
+      return gd.gdImageGifPtr(exact != nullptr ? exact.get() : picture, size);
     }
     case ImageFormat::kTiff:
-      return gdImageTiffPtr(picture, size);
+      return gd.gdImageTiffPtr(picture, size);
     case ImageFormat::kPng:
-      return gdImagePngPtr(picture, size);
+      return gd.gdImagePngPtr(picture, size);
   }
   return nullptr;
 }
 
 void Ignore(int, const char*, va_list) {}
 
-// libtiff, which libgd brings along, has handlers of its own and no header here; null silences it.
-void SilenceTiffLibrary(const char* setter) {
-  using Handler = void (*)(const char*, const char*, va_list);
-  const auto set = reinterpret_cast<Handler (*)(Handler)>(dlsym(RTLD_DEFAULT, setter));
-  if (set != nullptr) set(nullptr);
-}
-
 }  // namespace
 
 std::unique_ptr<GpBitmap> DecodeImage(const std::vector<BYTE>& file) {
-  const Picture picture = ReadPicture(file);
+  const Gd* gd = Loaded<Gd>();
+  if (gd == nullptr) return nullptr;
+  const Picture picture = Own(*gd, ReadPicture(*gd, file));
   if (picture == nullptr || picture->sx <= 0 || picture->sy <= 0) return nullptr;
   auto bitmap = std::make_unique<GpBitmap>();
   bitmap->width = picture->sx;
@@ -182,20 +202,25 @@ std::unique_ptr<GpBitmap> DecodeImage(const std::vector<BYTE>& file) {
 }
 
 std::vector<BYTE> EncodeImage(const GpBitmap& bitmap, ImageFormat format) {
-  const Picture picture = MakePicture(bitmap);
+  const Gd* gd = Loaded<Gd>();
+  if (gd == nullptr) return {};
+  const Picture picture = MakePicture(*gd, bitmap);
   if (picture == nullptr) return {};
   int size = 0;
-  auto* bytes = static_cast<BYTE*>(Write(picture.get(), format, &size));
+  auto* bytes = static_cast<BYTE*>(Write(*gd, picture.get(), format, &size));
   if (bytes == nullptr) return {};
   std::vector<BYTE> file(bytes, bytes + std::max(size, 0));
-  gdFree(bytes);
+  gd->gdFree(bytes);
   return file;
 }
 
-void SilenceImageLibrary() {
-  gdSetErrorMethod(Ignore);
-  SilenceTiffLibrary("TIFFSetWarningHandler");
-  SilenceTiffLibrary("TIFFSetErrorHandler");
+bool LoadImageLibrary() {
+  const Gd* gd = Loaded<Gd>();
+  if (gd == nullptr) return false;
+  gd->gdSetErrorMethod(Ignore);
+  if (gd->TIFFSetWarningHandler != nullptr) gd->TIFFSetWarningHandler(nullptr);
+  if (gd->TIFFSetErrorHandler != nullptr) gd->TIFFSetErrorHandler(nullptr);
+  return true;
 }
 
 }  // namespace qorgen::platform

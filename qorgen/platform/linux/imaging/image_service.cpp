@@ -133,7 +133,11 @@ Status GdiplusStartup(std::uintptr_t* token, const GdiplusStartupInput* input,
                       GdiplusStartupOutput* /*output*/) {
   if (token == nullptr || input == nullptr) return InvalidParameter;
   if (input->GdiplusVersion != 1) return UnsupportedGdiplusVersion;
-  if (g_users.fetch_add(1) == 0) qorgen::platform::SilenceImageLibrary();
+  if (!qorgen::platform::LoadImageLibrary()) {
+    SetLastError(ERROR_MOD_NOT_FOUND);
+    return Win32Error;
+  }
+  g_users.fetch_add(1);
   *token = 1;
   return Ok;
 }

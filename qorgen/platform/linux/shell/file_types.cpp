@@ -10,27 +10,35 @@
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
+#include "qorgen/platform/linux/optional_library.h"
 
 namespace {
 
-struct Release {
-  void operator()(char* text) const { g_free(text); }
-  void operator()(GAppInfo* application) const { g_object_unref(application); }
+struct Gio : qorgen::platform::OptionalLibrary {
+  Gio() : OptionalLibrary(QORGEN_SONAME_GIO) {}
+  QORGEN_LIBRARY_FUNCTION(g_app_info_get_default_for_type);
+  QORGEN_LIBRARY_FUNCTION(g_app_info_get_executable);
+  QORGEN_LIBRARY_FUNCTION(g_content_type_guess);
+  QORGEN_LIBRARY_FUNCTION(g_content_type_is_unknown);
+  QORGEN_LIBRARY_FUNCTION(g_object_unref);  // of libgobject, which GIO brings along
 };
-using Text = std::unique_ptr<char, Release>;
-using Application = std::unique_ptr<GAppInfo, Release>;
+
+using Text = std::unique_ptr<char, decltype(&g_free)>;
+using Application = std::unique_ptr<GAppInfo, decltype(&g_object_unref)>;
 
 // The host path of the default application's program; empty if there is none.
 std::string FindProgram(const std::u16string& extension) {
   if (extension.size() < 2 || extension[0] != u'.' || extension.find_first_of(u"\\/") != extension.npos)
     return {};
+  const Gio* gio = qorgen::platform::Loaded<Gio>();
+  if (gio == nullptr) return {};
   const std::string name = "name" + qorgen::platform::HostName(extension);
-  const Text type(g_content_type_guess(name.c_str(), nullptr, 0, nullptr));
-  if (type == nullptr || g_content_type_is_unknown(type.get())) return {};
-  const Application application(g_app_info_get_default_for_type(type.get(), FALSE));
-  const char* program = application != nullptr ? g_app_info_get_executable(application.get()) : nullptr;
+  const Text type(gio->g_content_type_guess(name.c_str(), nullptr, 0, nullptr), g_free);
+  if (type == nullptr || gio->g_content_type_is_unknown(type.get())) return {};
+  const Application application(gio->g_app_info_get_default_for_type(type.get(), FALSE), gio->g_object_unref);
+  const char* program = application != nullptr ? gio->g_app_info_get_executable(application.get()) : nullptr;
   if (program == nullptr) return {};
-  const Text found(g_find_program_in_path(program));
+  const Text found(g_find_program_in_path(program), g_free);
   return found != nullptr ? std::string(found.get()) : std::string();
 }
 

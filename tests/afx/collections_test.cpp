@@ -1,13 +1,12 @@
-#include <gtest/gtest.h>
 #include <random>
-#include <vector>
 
 #include "qorgen/afx/array.h"
 #include "qorgen/afx/list.h"
 #include "qorgen/afx/map.h"
 
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 

@@ -1,14 +1,11 @@
 #include "qorgen/afx/date_time.h"
 
 #include <cmath>
-#include <gtest/gtest.h>
 #include <limits>
-#include <tuple>
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
+using namespace qorgen::tests;
 
 namespace {
 

@@ -1,22 +1,16 @@
 #include "qorgen/afx/exception.h"
 
 #include <cerrno>
-#include <gtest/gtest.h>
-#include <tuple>
 
 #include "qorgen/afx/message_box.h"
 #include "qorgen/afx/string_resource.h"
 
 #include "tests/support/message_box.h"
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::MessageBoxRecorder;
-using qorgen::tests::Rows;
-using qorgen::tests::Utf8;
 
 // A host's own exception, on the stack and without a text.
 class CSilentException : public CException {

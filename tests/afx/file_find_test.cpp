@@ -1,14 +1,9 @@
 #include "qorgen/afx/file_find.h"
 
-#include <gtest/gtest.h>
-#include <tuple>
-
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 
 namespace qorgen::tests {
 namespace {

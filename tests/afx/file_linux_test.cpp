@@ -1,10 +1,8 @@
 // A device that is always full stands for a full disk.
 
-#include <gtest/gtest.h>
-
 #include "qorgen/afx/stdio_file.h"
 
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
 
 namespace qorgen::tests {
 namespace {

@@ -1,16 +1,11 @@
 #include "qorgen/afx/file.h"
 
-#include <gtest/gtest.h>
 #include <memory>
-#include <tuple>
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
-#include "tests/support/wine.h"
+#include "tests/support/testing.h"
 
 namespace qorgen::tests {
 namespace {

@@ -1,22 +1,12 @@
 #include "qorgen/afx/image.h"
 
 #include <cstdlib>
-#include <gtest/gtest.h>
-#include <string>
-#include <tuple>
-#include <vector>
 
-#include "tests/support/rows.h"
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
-#include "tests/support/wine.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::GetFile;
-using qorgen::tests::PutFile;
-using qorgen::tests::Rows;
-using qorgen::tests::Utf8;
 
 unsigned PixelOf(const CImage& image, int x, int y) {
   const BYTE* pixel = static_cast<const BYTE*>(image.GetBits()) + std::ptrdiff_t{y} * image.GetPitch() +
@@ -43,7 +33,7 @@ void MakePattern(CImage& image, int width, int height) {
   }
 }
 
-TEST(ImageTest, new_bitmap_is_black_and_padded) {
+TEST(ImageTest, NewBitmapIsBlackAndPadded) {
   CImage image;
   EXPECT_TRUE(image.IsNull());
   for (const int height : {2, -2}) {
@@ -63,8 +53,8 @@ TEST(ImageTest, new_bitmap_is_black_and_padded) {
   }
 }
 
-TEST(ImageTest, every_format_there_and_back) {
-  qorgen::tests::ScratchFolder folder;
+TEST(ImageTest, EveryFormatThereAndBack) {
+  ScratchFolder folder;
   const std::tuple<const wchar_t*, int, int, const char*> rows[] = {
       {L"a.png", 0, 24, "\x89PNG"},   {L"a.BMP", 0, 24, "BM"},
       {L"a.dib", 0, 24, "BM"},        {L"a.tiff", 0, 0, ""},
@@ -84,7 +74,7 @@ TEST(ImageTest, every_format_there_and_back) {
     if (bits == 8) {
       // Wine's own encoder writes a picture that its decoder doesn't take.
       const HRESULT loaded = back.Load(folder.Path(L"b.txt"));
-      EXPECT_TRUE(qorgen::tests::HoldsExceptOnWine(loaded == S_OK)) << Utf8(name);
+      EXPECT_TRUE(HoldsExceptOnWine(loaded == S_OK)) << Utf8(name);
       if (loaded != S_OK) continue;
     } else {
       ASSERT_EQ(S_OK, back.Load(folder.Path(L"b.txt"))) << Utf8(name);
@@ -110,20 +100,20 @@ TEST(ImageTest, every_format_there_and_back) {
   }
 }
 
-TEST(ImageTest, names_without_an_encoder) {
-  qorgen::tests::ScratchFolder folder;
+TEST(ImageTest, NamesWithoutAnEncoder) {
+  ScratchFolder folder;
   CImage image;
   EXPECT_EQ(E_FAIL, image.Save(folder.Path(L"a.png")));
   MakePattern(image, 2, 2);
   for (const wchar_t* name : {L"a.xyz", L"a", L"a.", L"png", L"a.png.", L"a.jp", L"a.png\\b", L"a.*"}) {
     EXPECT_EQ(E_FAIL, image.Save(folder.Path(name))) << Utf8(name);
-    EXPECT_FALSE(qorgen::tests::Exists(folder.Path(name))) << Utf8(name);
+    EXPECT_FALSE(Exists(folder.Path(name))) << Utf8(name);
   }
   EXPECT_EQ(E_FAIL, image.Save(folder.Path(L"missing\\a.png")));
   EXPECT_EQ(E_FAIL, image.Save(nullptr));
 }
 
-TEST(ImageTest, rectangle_reaching_outside_leaves_the_rest_alone) {
+TEST(ImageTest, RectangleReachingOutsideLeavesTheRestAlone) {
   using Row = std::tuple<int, int, int, int, int, int>;
   CImage source;
   MakePattern(source, 4, 4);
@@ -154,8 +144,8 @@ TEST(ImageTest, rectangle_reaching_outside_leaves_the_rest_alone) {
   target.ReleaseDC();
 }
 
-TEST(ImageTest, files_that_are_no_images) {
-  qorgen::tests::ScratchFolder folder;
+TEST(ImageTest, FilesThatAreNoImages) {
+  ScratchFolder folder;
   CImage image;
   EXPECT_EQ(E_FAIL, image.Load(folder.Path(L"missing.png")));
   EXPECT_EQ(E_FAIL, image.Load(folder.Path(L"")));
@@ -168,8 +158,8 @@ TEST(ImageTest, files_that_are_no_images) {
   }
 }
 
-TEST(ImageTest, files_cut_at_every_length_do_no_harm) {
-  qorgen::tests::ScratchFolder folder;
+TEST(ImageTest, FilesCutAtEveryLengthDoNoHarm) {
+  ScratchFolder folder;
   CImage image;
   MakePattern(image, 6, 6);
   for (const wchar_t* name : {L"a.png", L"a.bmp", L"a.gif", L"a.jpg", L"a.tif"}) {
@@ -187,7 +177,7 @@ TEST(ImageTest, files_cut_at_every_length_do_no_harm) {
   }
 }
 
-TEST(ImageTest, contexts_nest) {
+TEST(ImageTest, ContextsNest) {
   CImage image;
   EXPECT_EQ(nullptr, image.GetDC());
   image.ReleaseDC();

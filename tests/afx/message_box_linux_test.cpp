@@ -1,12 +1,10 @@
-#include <gtest/gtest.h>
-#include <tuple>
 
 #include "qorgen/afx/message_box.h"
 #include "qorgen/platform/message_box.h"
 
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
+using namespace qorgen::tests;
 
 TEST(MessageBoxWithoutScreen, AnswersTheDefaultButton) {
   using Row = std::tuple<unsigned int, int>;

@@ -1,9 +1,12 @@
 #include "qorgen/afx/object.h"
 
 #include <cstring>
-#include <gtest/gtest.h>
 
 #include "qorgen/afx/exception.h"
+
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 

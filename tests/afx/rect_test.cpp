@@ -1,8 +1,8 @@
 #include "qorgen/afx/rect.h"
 
-#include <climits>
-#include <gtest/gtest.h>
-#include <tuple>
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 TEST(CRect, MeasuresAndMoves) {
   CRect rect(1, 2, 11, 22);

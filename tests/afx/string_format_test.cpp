@@ -1,11 +1,11 @@
-#include <gtest/gtest.h>
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/afx/string.h"
 #include "qorgen/platform/codepage.h"
 
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 TEST(CStringFormat, FollowsTheWideRules) {
   const CString name(L"売掛金");

@@ -1,20 +1,13 @@
 #include "qorgen/afx/string.h"
 
-#include <climits>
-#include <gtest/gtest.h>
 #include <thread>
-#include <tuple>
-#include <utility>
-#include <vector>
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/afx/memory.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
+using namespace qorgen::tests;
 
 namespace {
 
@@ -232,11 +225,11 @@ TEST(CString, TokenizePassesOverEmptyPieces) {
     std::vector<std::string> pieces;
     for (CString piece = text.Tokenize(separators, start); start != -1;
          piece = text.Tokenize(separators, start)) {
-      pieces.push_back(qorgen::tests::Utf8(piece));
+      pieces.push_back(Utf8(piece));
     }
     std::vector<std::string> expected;
-    for (const wchar_t* piece : row_pieces) expected.push_back(qorgen::tests::Utf8(piece));
-    EXPECT_EQ(expected, pieces) << qorgen::tests::Utf8(row_text);
+    for (const wchar_t* piece : row_pieces) expected.push_back(Utf8(piece));
+    EXPECT_EQ(expected, pieces) << Utf8(row_text);
   }
 }
 
@@ -404,8 +397,8 @@ TEST(Memory, HandsOutBlocksThatQorFreeTakes) {
   QorFree(nullptr);
   QorFree(qorgen::AllocateBlock(0));
   wchar_t* copy = qorgen::CopyText(L"abcdef", 3);
-  EXPECT_EQ("abc", qorgen::tests::TakeUtf8(copy));
-  EXPECT_EQ("", qorgen::tests::TakeUtf8(qorgen::CopyText(nullptr, 0)));
+  EXPECT_EQ("abc", TakeUtf8(copy));
+  EXPECT_EQ("", TakeUtf8(qorgen::CopyText(nullptr, 0)));
   EXPECT_THROWS_POINTER(qorgen::AllocateText(SIZE_MAX), CMemoryException);
   EXPECT_THROWS_POINTER(qorgen::CopyText(L"", SIZE_MAX), CMemoryException);
 }

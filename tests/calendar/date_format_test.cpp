@@ -1,19 +1,11 @@
 // Dates and times written as text.
 
-#include <climits>
-#include <gtest/gtest.h>
-#include <string>
-#include <tuple>
-
 #include "qorgen/afx/memory.h"
 #include "qorgen/calendar/date_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
-using qorgen::tests::TakeUtf8;
-using qorgen::tests::Utf8;
+using namespace qorgen::tests;
 
 namespace {
 

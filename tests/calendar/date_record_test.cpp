@@ -2,15 +2,12 @@
 
 #include "qorgen/calendar/date_record.h"
 
-#include <climits>
 #include <cmath>
-#include <gtest/gtest.h>
 #include <limits>
-#include <tuple>
 
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
+using namespace qorgen::tests;
 
 namespace {
 

@@ -1,14 +1,10 @@
 // Date arithmetic, weeks, and typed dates clamped into a period.
 
-#include <climits>
-#include <gtest/gtest.h>
-#include <tuple>
-
 #include "qorgen/calendar/date_util.h"
 
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
+using namespace qorgen::tests;
 
 namespace {
 

@@ -2,15 +2,11 @@
 
 #include "qorgen/calendar/era_date.h"
 
-#include <climits>
 #include <cmath>
-#include <gtest/gtest.h>
-#include <tuple>
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
+using namespace qorgen::tests;
 
 namespace {
 

@@ -2,19 +2,13 @@
 
 #include "qorgen/calendar/national_holiday.h"
 
-#include <climits>
-#include <gtest/gtest.h>
 #include <map>
-#include <string>
-#include <tuple>
 
 #include "qorgen/calendar/date_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
-using qorgen::tests::Utf8;
+using namespace qorgen::tests;
 
 namespace {
 

@@ -1,9 +1,10 @@
 #include "qorgen/calendar/range_select.h"
 
-#include <climits>
-#include <gtest/gtest.h>
-
 #include "qorgen/calendar/date_util.h"
+
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 
@@ -20,24 +21,19 @@ QorRangeSelectInfo Selected(int date, short count, int around) {
 }  // namespace
 
 TEST(RangeSelect, StripAndSelection) {
-  const struct {
-    int date;
-    short count;
-    int around;
-    short year, month, first, last;
-  } rows[] = {
+  const std::tuple<int, short, int, short, short, short, short> rows[] = {
       {Form(2024, 8, 31), 1, 0, 2024, 8, 0, 0},  {Form(2024, 8, 1), 12, 0, 2024, 8, 0, 11},
       {Form(2024, 3, 5), 3, 1, 2023, 10, 4, 6},  {Form(2024, 6, 30), 1, 1, 2024, 1, 5, 5},
       {Form(2024, 5, 1), 1, 1, 2023, 12, 5, 5},  {Form(2024, 12, 1), 4, -1, 2024, 7, 4, 7},
       {Form(2024, 1, 1), 12, 1, 2023, 8, 0, 11}, {Form(2024, 1, 1), 0, 1, 2023, 8, 6, 5},
   };
-  for (const auto& row : rows) {
-    const QorRangeSelectInfo info = Selected(row.date, row.count, row.around);
-    EXPECT_EQ(row.year, info.year);
-    EXPECT_EQ(row.month, info.month);
-    EXPECT_EQ(row.first, info.first);
-    EXPECT_EQ(row.last, info.last);
-    EXPECT_EQ(row.count, info.GetSelectCount());
+  for (const auto& [date, count, around, year, month, first, last] : rows) {
+    const QorRangeSelectInfo info = Selected(date, count, around);
+    EXPECT_EQ(year, info.year);
+    EXPECT_EQ(month, info.month);
+    EXPECT_EQ(first, info.first);
+    EXPECT_EQ(last, info.last);
+    EXPECT_EQ(count, info.GetSelectCount());
     EXPECT_EQ(0, info.IsNotSelect());
   }
   // The window has the month of the date sixth, whatever the month.
@@ -51,13 +47,12 @@ TEST(RangeSelect, StripAndSelection) {
 
 TEST(RangeSelect, PlacesOfTheStrip) {
   const QorRangeSelectInfo strip = Selected(Form(2023, 10, 31), 1, 0);
-  const struct {
-    short index, year, month;
-  } rows[] = {{SHRT_MIN, 2023, 10}, {0, 2023, 10}, {2, 2023, 12}, {3, 2024, 1},
-              {5, 2024, 3},         {11, 2024, 9}, {26, 2025, 12}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.year, strip.GetYear(row.index)) << row.index;
-    EXPECT_EQ(row.month, strip.GetMonth(row.index)) << row.index;
+  const std::tuple<short, short, short> rows[] = {{SHRT_MIN, 2023, 10}, {0, 2023, 10}, {2, 2023, 12},
+                                                  {3, 2024, 1},         {5, 2024, 3},  {11, 2024, 9},
+                                                  {26, 2025, 12}};
+  for (const auto& [index, year, month] : rows) {
+    EXPECT_EQ(year, strip.GetYear(index)) << index;
+    EXPECT_EQ(month, strip.GetMonth(index)) << index;
   }
   // What is no month of a calendar answers with itself everywhere.
   for (const int date : {0, Form(2024, 13, 1), Form(2024, 0, 1), Form(1890, 4, 1), Form(-5, 4, 1), -1}) {

@@ -1,10 +1,12 @@
 // Today by a clock that the test sets.
 
-#include <gtest/gtest.h>
-
 #include "qorgen/calendar/date_util.h"
 #include "qorgen/calendar/today.h"
 #include "qorgen/platform/linux/time/test_clock.h"
+
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 

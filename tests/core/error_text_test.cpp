@@ -1,19 +1,13 @@
 #include "qorgen/core/error_text.h"
 
-#include <gtest/gtest.h>
-#include <tuple>
-
 #include "qorgen/afx/string_resource.h"
 #include "qorgen/platform/error.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
-#include "tests/support/wine.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::Rows;
-using qorgen::tests::Utf8;
 
 bool StartsWith(const CString& text, const wchar_t* start) {
   return text.Left(CString::StringLength(start)) == start;
@@ -73,7 +67,7 @@ TEST(ErrorText, ModulesAddTexts) {
   constexpr unsigned long kCannotConnect = 12029;
   const CString text = SystemText(kCannotConnect);
   // Wine's module has no table.
-  EXPECT_TRUE(qorgen::tests::HoldsExceptOnWine(!StartsWith(text, L"***"))) << Utf8(text);
+  EXPECT_TRUE(HoldsExceptOnWine(!StartsWith(text, L"***"))) << Utf8(text);
   EXPECT_TEXT(text, CGenUtil::GetLastErrorMessage(kCannotConnect, L"winhttp.dll", 1));
   EXPECT_TRUE(StartsWith(CGenUtil::GetLastErrorMessage(kCannotConnect, nullptr, 1), L"***"));
   // A module that can't be loaded only narrows the search.

@@ -1,19 +1,15 @@
 #include "qorgen/core/exception.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
-#include <vector>
 
 #include "qorgen/afx/string_resource.h"
 #include "qorgen/core/error_text.h"
 #include "qorgen/platform/error.h"
 
 #include "tests/support/message_box.h"
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::MessageBoxRecorder;
-using qorgen::tests::Utf8;
+using namespace qorgen::tests;
 
 TEST(CQorException, RecordsFormOneLine) {
   const CQorException plain;

@@ -4,20 +4,17 @@
 #include "qorgen/exchange/csv_manager.h"
 
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <iterator>
 #include <random>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "qorgen/exchange/internal/line_scan.h"
 
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::Utf8;
 
 constexpr unsigned int kComma = CSVMGR_DELIM_COMMA;
 
@@ -39,13 +36,7 @@ TEST(CsvManager, SplitsLines) {
   constexpr auto kDouble = CSVMGR_QUOTES_DOUBLE;
   constexpr auto kSingle = CSVMGR_QUOTES_SINGLE;
   constexpr auto kNone = CSVMGR_QUOTES_NONE;
-  const struct {
-    const wchar_t* line;
-    unsigned int delimiters;
-    CSVMGR_QUOTES quotes;
-    int some_as_one;
-    const char* fields;
-  } rows[] = {
+  const std::tuple<const wchar_t*, unsigned int, CSVMGR_QUOTES, int, const char*> rows[] = {
       {nullptr, kComma, kDouble, 0, ""},
       {L"", kComma, kDouble, 0, ""},
       {L"a,b", kComma, kDouble, 0, "|a|b|"},
@@ -83,11 +74,11 @@ TEST(CsvManager, SplitsLines) {
       {L"'a,b'", kComma, kNone, 0, "|'a|b'|"},
       {L"'a,b'", kComma, static_cast<CSVMGR_QUOTES>(3), 0, "|'a|b'|"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(Utf8(row.line));
-    EXPECT_EQ(Split(row.line, row.delimiters, row.quotes, row.some_as_one), row.fields);
-    CQorCSVManager constructed(row.line, row.delimiters, row.quotes, row.some_as_one);
-    EXPECT_EQ(Fields(constructed), row.fields);
+  for (const auto& [line, delimiters, quotes, some_as_one, fields] : rows) {
+    SCOPED_TRACE(Utf8(line));
+    EXPECT_EQ(Split(line, delimiters, quotes, some_as_one), fields);
+    CQorCSVManager constructed(line, delimiters, quotes, some_as_one);
+    EXPECT_EQ(Fields(constructed), fields);
     EXPECT_TEXT(L"", constructed.GetReadString());
   }
 }
@@ -285,25 +276,22 @@ TEST(CsvManager, CopiesAllSettings) {
 }
 
 TEST(CsvManager, MakesLines) {
-  const struct {
-    unsigned int type;
-    const wchar_t* line;
-  } rows[] = {
+  const std::tuple<unsigned int, const wchar_t*> rows[] = {
       {0x01, L"\"a\"\tb\t'c'"}, {0x02, L"\"a\";b;'c'"}, {0x03, L"\"a\";b;'c'"}, {0x04, L"\"a\",b,'c'"},
       {0x05, L"\"a\",b,'c'"},   {0x07, L"\"a\",b,'c'"}, {0x08, L"\"a\" b 'c'"}, {0x0F, L"\"a\" b 'c'"},
       {0x10, L"\"a\".b.'c'"},   {0x1F, L"\"a\".b.'c'"}, {0x20, L"\"a\"b'c'"},   {0x24, L"\"a\"b'c'"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [type, expected] : rows) {
     CQorCSVManager manager;
     manager.SetQuatesType(CSVMGR_QUOTES_SINGLE);
-    manager.SetDelimiterType(row.type);
+    manager.SetDelimiterType(type);
     for (const wchar_t* field : {L"a", L"b", L"c"}) manager.AddElement(field);
     manager.AddQuate(CSVMGR_QUOTES_DOUBLE);
     manager.AddQuate(CSVMGR_QUOTES_NONE);
     CString line(L"before");
     const wchar_t* const made = manager.MakeString(line);
     EXPECT_EQ(made, line.GetString());
-    EXPECT_TEXT(row.line, line) << row.type;
+    EXPECT_TEXT(expected, line) << type;
   }
 }
 
@@ -344,21 +332,18 @@ TEST(CsvManager, KeepsQuoteListWhenEmptied) {
 }
 
 TEST(CsvManager, MarksComments) {
-  const struct {
-    int on, limit, number;
-    const wchar_t* line;
-  } rows[] = {
+  const std::tuple<int, int, int, const wchar_t*> rows[] = {
       {0, 5, 1, L"a"}, {1, 0, 0, L"a"},    {1, 2, 2, L"#a"},
       {1, 2, 3, L"a"}, {-1, 2, -1, L"#a"}, {1, -1, -2, L"#a"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [on, limit, number, expected] : rows) {
     CQorCSVManager manager;
     CString line(L"a");
     manager.AdjustCommentLine(line, 1);
     EXPECT_TEXT(L"a", line);
-    manager.SetCommentLineInfo(row.on, row.limit);
-    manager.AdjustCommentLine(line, row.number);
-    EXPECT_TEXT(row.line, line) << row.on << " " << row.limit << " " << row.number;
+    manager.SetCommentLineInfo(on, limit);
+    manager.AdjustCommentLine(line, number);
+    EXPECT_TEXT(expected, line) << on << " " << limit << " " << number;
   }
 }
 

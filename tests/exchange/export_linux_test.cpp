@@ -1,7 +1,6 @@
 // Targets that take no more, where the failure shows at once or only as the file is closed; and memory.
 
 #include <csignal>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -9,6 +8,7 @@
 #include "qorgen/platform/crt.h"
 
 #include "tests/support/own_temp_folder.h"
+#include "tests/support/testing.h"
 
 namespace qorgen::tests {
 namespace {

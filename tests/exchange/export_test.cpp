@@ -1,18 +1,13 @@
 // The frame of an export: what it writes, when it asks its hooks, and what a failure leaves behind.
 
-#include <gtest/gtest.h>
-#include <string>
 #include <type_traits>
-#include <utility>
-#include <vector>
 
 #include "qorgen/exchange/export_base.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/platform/codepage.h"
 
 #include "tests/support/own_temp_folder.h"
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
 
 namespace qorgen::tests {
 namespace {

@@ -6,20 +6,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 #include "qorgen/afx/exception.h"
 
 #include "tests/exchange/temp_file.h"
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::TempFile;
-using qorgen::tests::Utf8;
 
 constexpr unsigned int kComma = CSVMGR_DELIM_COMMA;
 
@@ -81,46 +76,41 @@ TEST_P(ImportTest, ReadsAFileToItsEnd) {
                                     "02/04/2024,1\n" +                                              //
                                     "#\n" +                                                         //
                                     "03/04/2024,7,\"x,\"\"y\",off"));
-  const struct {
-    READSTATUS status;
-    const wchar_t* line;
-    std::int32_t amount;
-    const wchar_t* note;
-    std::vector<TypeError> errors;
-  } rows[] = {
-      {READSTATUS_SKIP, L"# 日本", -1, L"", {}},
-      {READSTATUS_OK, L"01/04/R06,1000,\"日本\",○", 1000, L"日本", {}},
-      {READSTATUS_SKIP, L"", -1, L"", {}},
-      {READSTATUS_ERROR,
-       L"31/02/2024,12x,too long,?",
-       0,
-       L"too l",
-       {TYPEERROR_DATE, TYPEERROR_NOTNUMBER, TYPEERROR_LENGTH, TYPEERROR_VALUE}},
-      {READSTATUS_ERROR, L" #,1,a,no", 1, L"a", {TYPEERROR_DATE}},
-      {READSTATUS_OK, L"02/04/2024,-5,日本,no,", -5, L"日本", {}},
-      {READSTATUS_ERROR, L"02/04/2024,1", -1, L"", {TYPEERROR_FIELDCOUNT}},
-      {READSTATUS_SKIP, L"#", -1, L"", {}},
-      {READSTATUS_OK, L"03/04/2024,7,\"x,\"\"y\",off", 7, L"x,\"y", {}},
-  };
+  const std::tuple<READSTATUS, const wchar_t*, std::int32_t, const wchar_t*, std::vector<TypeError>> rows[] =
+      {
+          {READSTATUS_SKIP, L"# 日本", -1, L"", {}},
+          {READSTATUS_OK, L"01/04/R06,1000,\"日本\",○", 1000, L"日本", {}},
+          {READSTATUS_SKIP, L"", -1, L"", {}},
+          {READSTATUS_ERROR,
+           L"31/02/2024,12x,too long,?",
+           0,
+           L"too l",
+           {TYPEERROR_DATE, TYPEERROR_NOTNUMBER, TYPEERROR_LENGTH, TYPEERROR_VALUE}},
+          {READSTATUS_ERROR, L" #,1,a,no", 1, L"a", {TYPEERROR_DATE}},
+          {READSTATUS_OK, L"02/04/2024,-5,日本,no,", -5, L"日本", {}},
+          {READSTATUS_ERROR, L"02/04/2024,1", -1, L"", {TYPEERROR_FIELDCOUNT}},
+          {READSTATUS_SKIP, L"#", -1, L"", {}},
+          {READSTATUS_OK, L"03/04/2024,7,\"x,\"\"y\",off", 7, L"x,\"y", {}},
+      };
   ASSERT_EQ(Open(temp), 1);
   for (int pass = 0; pass < 2; ++pass) {
     EXPECT_EQ(Manager().IsEOF(), 0);
     int number = 0;
-    for (const auto& row : rows) {
+    for (const auto& [expected, line, amount, text, errors] : rows) {
       SCOPED_TRACE(std::to_string(++number));
       for (int look = 0; look < 3; ++look) {
         Entry entry = {-1, -1, L"", 9};
         // Twice without moving on, then for good.
         EXPECT_EQ(Manager().IsEOF(), 0);
         const READSTATUS status = look < 2 ? Manager().ReadRowOnly(&entry, 1) : Manager().ReadRow(&entry, 1);
-        EXPECT_EQ(status, row.status);
-        EXPECT_TEXT(row.line, Manager().GetReadString());
-        EXPECT_EQ(entry.amount, row.amount);
-        EXPECT_TEXT(row.note, entry.note);
-        if (row.status == READSTATUS_SKIP) continue;
-        std::vector<TypeError> errors;
-        for (int i = 0; i < converter_.GetErrorCount(); ++i) errors.push_back(converter_.GetErrorKind(i));
-        EXPECT_EQ(errors, row.errors);
+        EXPECT_EQ(status, expected);
+        EXPECT_TEXT(line, Manager().GetReadString());
+        EXPECT_EQ(entry.amount, amount);
+        EXPECT_TEXT(text, entry.note);
+        if (status == READSTATUS_SKIP) continue;
+        std::vector<TypeError> found;
+        for (int i = 0; i < converter_.GetErrorCount(); ++i) found.push_back(converter_.GetErrorKind(i));
+        EXPECT_EQ(found, errors);
       }
     }
     EXPECT_EQ(Manager().IsEOF(), 1);
@@ -171,7 +161,7 @@ TEST_P(ImportTest, RefusesWhatItCannotOpen) {
 
   // A folder exists, but can't be opened; the file that was open stays.
   ASSERT_EQ(Open(temp), 1);
-  qorgen::tests::ScratchFolder folder;
+  ScratchFolder folder;
   EXPECT_THROWS_POINTER(Manager().OpenText(folder.Path(L""), &converter_, kComma, CSVMGR_QUOTES_DOUBLE),
                         CFileException);
   EXPECT_EQ(Manager().ReadRow(nullptr, 0), READSTATUS_ERROR);

@@ -1,15 +1,14 @@
 // Every allocation of an export fails once: nothing stays open, and nothing is closed twice.
 
-#include <gtest/gtest.h>
-
 #include "qorgen/exchange/export_base.h"
 
 #include "tests/support/failing_memory.h"
 #include "tests/support/own_temp_folder.h"
-
-namespace {
+#include "tests/support/testing.h"
 
 using namespace qorgen::tests;
+
+namespace {
 
 constexpr CQorExportInfo kColumns[20] = {};
 

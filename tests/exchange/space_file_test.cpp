@@ -1,17 +1,10 @@
 #include "qorgen/exchange/space_file.h"
 
-#include <gtest/gtest.h>
-#include <string>
+#include "tests/support/testing.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::GetFile;
-using qorgen::tests::PutFile;
-using qorgen::tests::ScratchFolder;
 
 constexpr unsigned int kNew = CFile::modeCreate | CFile::modeWrite | CFile::typeText;
 

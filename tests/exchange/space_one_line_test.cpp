@@ -1,9 +1,8 @@
 #include "qorgen/exchange/space_one_line.h"
 
-#include <climits>
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
 
-#include "tests/support/text.h"
+using namespace qorgen::tests;
 
 namespace {
 
@@ -14,25 +13,20 @@ class Line : public CQorSpaceOneLine {
 };
 
 TEST(SpaceOneLine, FieldsAreCutAndFilled) {
-  const struct {
-    const wchar_t* text;
-    int width;
-    const wchar_t* blanks;
-    const wchar_t* zeros;
-  } rows[] = {
+  const std::tuple<const wchar_t*, int, const wchar_t*, const wchar_t*> rows[] = {
       {L"AB", 5, L"AB   ", L"000AB"},   {L"12", 5, L"12   ", L"00012"}, {L"123456", 3, L"123", L"123"},
       {L"日本", 3, L"日本 ", L"0日本"}, {L"日本", 1, L"日", L"日"},     {L"abc", 0, L"", L""},
       {L"abc", -1, L"", L""},           {L"abc", INT_MIN, L"", L""},    {nullptr, 2, L"  ", L"00"},
       {L"", 2, L"  ", L"00"},
   };
-  for (const auto& row : rows) {
+  for (const auto& [text, width, blanks, zeros] : rows) {
     Line line;
-    CString text(L"former");
-    line.AddSpace(row.text, row.width);
-    EXPECT_TEXT(row.blanks, line.MakeString(text));
+    CString made(L"former");
+    line.AddSpace(text, width);
+    EXPECT_TEXT(blanks, line.MakeString(made));
     line.Empty();
-    line.AddZero(row.text, row.width);
-    EXPECT_TEXT(row.zeros, line.MakeString(text));
+    line.AddZero(text, width);
+    EXPECT_TEXT(zeros, line.MakeString(made));
     EXPECT_EQ(1, line.GetCount());
   }
   // Fields wider than any line of a transfer file.

@@ -1,13 +1,11 @@
 #include <csignal>
-#include <gtest/gtest.h>
-#include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "qorgen/exchange/template_doc.h"
 
-#include "tests/support/scratch_folder.h"
+#include "tests/support/testing.h"
 
 using namespace qorgen::tests;
 

@@ -1,16 +1,10 @@
 #include "qorgen/exchange/template_doc.h"
 
-#include <gtest/gtest.h>
-#include <string>
+#include "tests/support/testing.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::GetFile;
-using qorgen::tests::PutFile;
-using qorgen::tests::ScratchFolder;
 
 const std::string kMark = "\xEF\xBB\xBF";
 
@@ -34,11 +28,7 @@ class TemplateDoc : public testing::Test {
 };
 
 TEST_F(TemplateDoc, LinesAndKeys) {
-  const struct {
-    const char* text;
-    long pieces;
-    const char* filled;
-  } rows[] = {
+  const std::tuple<const char*, long, const char*> rows[] = {
       {"", 0, ""},
       {"plain", 2, "plain\r\n"},
       {"\n\n", 4, "\r\n\r\n"},
@@ -56,7 +46,7 @@ TEST_F(TemplateDoc, LinesAndKeys) {
       {"$$$A$$", 3, "\r\n"},
       {"\xEF\xBB\xBF$$A$$", 3, "1\r\n"},
   };
-  for (const auto& row : rows) EXPECT_EQ(row.filled, Filled(row.text, row.pieces)) << row.text;
+  for (const auto& [text, pieces, filled] : rows) EXPECT_EQ(filled, Filled(text, pieces)) << text;
 }
 
 TEST_F(TemplateDoc, LongPiecesAreCut) {

@@ -1,10 +1,13 @@
 // What the type converter asks of the clock, which the tests of Linux can set.
 
 #include <cstdint>
-#include <gtest/gtest.h>
 
 #include "qorgen/exchange/type_converter.h"
 #include "qorgen/platform/linux/time/test_clock.h"
+
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 

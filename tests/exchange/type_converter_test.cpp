@@ -3,13 +3,10 @@
 
 #include "qorgen/exchange/type_converter.h"
 
-#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <random>
-#include <string>
 
 #include "qorgen/afx/string.h"
 #include "qorgen/calendar/date_record.h"
@@ -19,11 +16,11 @@
 #include "qorgen/platform/crt.h"
 #include "qorgen/text/string_util.h"
 
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::Utf8;
 
 // Converts one field with a one-column table and a record whose bytes behind the target are watched.
 struct OneField {
@@ -64,16 +61,7 @@ struct OneField {
 };
 
 TEST(TypeConverter, ConvertsNumerals) {
-  const struct {
-    const wchar_t* text;
-    unsigned int flags;
-    int size;
-    int check;
-    int default_value;
-    std::int32_t stored;
-    int result;
-    const char* kinds;
-  } rows[] = {
+  const std::tuple<const wchar_t*, unsigned int, int, int, int, std::int32_t, int, const char*> rows[] = {
       {L"999", 0, 3, 1, 0, 999, 1, ""},
       {L"-999", 0, 3, 1, 0, -999, 1, ""},
       {L"1000", 0, 3, 1, 0, 999, 0, "5"},
@@ -120,50 +108,34 @@ TEST(TypeConverter, ConvertsNumerals) {
       {L"-1", 0, -3, 1, 0, 0, 0, "5"},
       {L"1", 0, INT_MIN, 1, 0, 0, 0, "5"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(Utf8(row.text) + " size " + std::to_string(row.size) + " check " +
-                 std::to_string(row.check));
-    OneField field({TYPECHECK_LONG | row.flags, L"n", row.size, 0, row.check, 0, row.default_value},
-                   row.text);
-    EXPECT_EQ(field.Stored<std::int32_t>(), row.stored);
-    EXPECT_EQ(field.result, row.result);
-    EXPECT_EQ(field.Kinds(), row.kinds);
+  for (const auto& [text, flags, size, check, default_value, stored, result, kinds] : rows) {
+    SCOPED_TRACE(Utf8(text) + " size " + std::to_string(size) + " check " + std::to_string(check));
+    OneField field({TYPECHECK_LONG | flags, L"n", size, 0, check, 0, default_value}, text);
+    EXPECT_EQ(field.Stored<std::int32_t>(), stored);
+    EXPECT_EQ(field.result, result);
+    EXPECT_EQ(field.Kinds(), kinds);
     EXPECT_TRUE(field.IsUntouchedFrom(1 + sizeof(std::int32_t)));
   }
 }
 
 TEST(TypeConverter, CutsNumeralsToTheTarget) {
-  const struct {
-    unsigned int type;
-    const wchar_t* text;
-    std::int32_t stored;
-    std::size_t width;
-  } rows[] = {
+  const std::tuple<unsigned int, const wchar_t*, std::int32_t, std::size_t> rows[] = {
       {TYPECHECK_SHORT, L"-12345", -12345, 2}, {TYPECHECK_SHORT, L"70000", 70000 - 65536, 2},
       {TYPECHECK_BYTE, L"255", -1, 1},         {TYPECHECK_BYTE, L"300", 300 - 256, 1},
       {TYPECHECK_CHAR, L"-128", -128, 1},      {TYPECHECK_CHAR, L"", 0, 1},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(Utf8(row.text));
-    OneField field({row.type, L"n", 9, 0, 0, 0, 0}, row.text);
-    const std::int32_t stored = row.width == 2 ? field.Stored<std::int16_t>() : field.Stored<std::int8_t>();
-    EXPECT_EQ(stored, row.stored);
-    EXPECT_TRUE(field.IsUntouchedFrom(1 + row.width));
+  for (const auto& [type, text, expected, width] : rows) {
+    SCOPED_TRACE(Utf8(text));
+    OneField field({type, L"n", 9, 0, 0, 0, 0}, text);
+    const std::int32_t stored = width == 2 ? field.Stored<std::int16_t>() : field.Stored<std::int8_t>();
+    EXPECT_EQ(stored, expected);
+    EXPECT_TRUE(field.IsUntouchedFrom(1 + width));
   }
 }
 
 TEST(TypeConverter, ConvertsDoubles) {
   constexpr unsigned int kFixed = TYPECHECK_FIXEDDECIMALS;
-  const struct {
-    const wchar_t* text;
-    unsigned int flags;
-    int size;
-    short decimals;
-    int check;
-    double stored;
-    int result;
-    const char* kinds;
-  } rows[] = {
+  const std::tuple<const wchar_t*, unsigned int, int, short, int, double, int, const char*> rows[] = {
       {L"12.5", 0, 5, 2, 1, 12.5, 1, ""},
       {L"-12.5", 0, 5, 2, 1, -12.5, 1, ""},
       {L"１２．５", 0, 5, 2, 1, 12.5, 1, ""},
@@ -203,53 +175,44 @@ TEST(TypeConverter, ConvertsDoubles) {
       {L"", 0, 9, 2, 0, 42, 1, ""},
       {nullptr, 0, 9, 2, 1, 42, 1, ""},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(Utf8(row.text) + " size " + std::to_string(row.size) + " flags " +
-                 std::to_string(row.flags));
-    OneField field({TYPECHECK_DOUBLE | row.flags, L"d", row.size, row.decimals, row.check, 0, 42}, row.text);
-    EXPECT_EQ(field.Stored<double>(), row.stored);
-    EXPECT_EQ(field.result, row.result);
-    EXPECT_EQ(field.Kinds(), row.kinds);
+  for (const auto& [text, flags, size, decimals, check, stored, result, kinds] : rows) {
+    SCOPED_TRACE(Utf8(text) + " size " + std::to_string(size) + " flags " + std::to_string(flags));
+    OneField field({TYPECHECK_DOUBLE | flags, L"d", size, decimals, check, 0, 42}, text);
+    EXPECT_EQ(field.Stored<double>(), stored);
+    EXPECT_EQ(field.result, result);
+    EXPECT_EQ(field.Kinds(), kinds);
     EXPECT_TRUE(field.IsUntouchedFrom(1 + sizeof(double)));
   }
 }
 
 TEST(TypeConverter, ConvertsYesAndNo) {
-  const struct {
-    const wchar_t* text;
-    std::uint8_t stored;
-    int result;
-    const char* kinds;
-  } rows[] = {
+  const std::tuple<const wchar_t*, std::uint8_t, int, const char*> rows[] = {
       {L"true", 1, 1, ""},  {L" YES ", 1, 1, ""}, {L"On", 1, 1, ""},  {L"○", 1, 1, ""},
       {L"False", 0, 1, ""}, {L"no", 0, 1, ""},    {L"OFF", 0, 1, ""}, {L"×", 0, 0, "8"},
       {L"1", 0, 0, "8"},    {L"0", 0, 0, "8"},    {L"", 0, 0, "8"},   {L"  ", 0, 0, "8"},
       {L"yess", 0, 0, "8"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(Utf8(row.text));
-    OneField field({TYPECHECK_BOOL, L"b", 0, 0, 1, 0, 0}, row.text);
-    EXPECT_EQ(field.Stored<std::uint8_t>(), row.stored);
-    EXPECT_EQ(field.result, row.result);
-    EXPECT_EQ(field.Kinds(), row.kinds);
+  for (const auto& [text, stored, result, kinds] : rows) {
+    SCOPED_TRACE(Utf8(text));
+    OneField field({TYPECHECK_BOOL, L"b", 0, 0, 1, 0, 0}, text);
+    EXPECT_EQ(field.Stored<std::uint8_t>(), stored);
+    EXPECT_EQ(field.result, result);
+    EXPECT_EQ(field.Kinds(), kinds);
     EXPECT_TRUE(field.IsUntouchedFrom(2));
   }
 }
 
 TEST(TypeConverter, ConvertsDates) {
-  const struct {
-    const wchar_t* text;
-    int day, month, year;
-  } good[] = {
+  const std::tuple<const wchar_t*, int, int, int> good[] = {
       {L"01/02/R03", 1, 2, 2021},
       {L" 01/02/2021 ", 1, 2, 2021},
       {L"29/02/2024", 29, 2, 2024},
   };
-  for (const auto& row : good) {
-    SCOPED_TRACE(Utf8(row.text));
-    OneField field({TYPECHECK_DATE, L"d", 0, 0, 1, 0, 0}, row.text);
+  for (const auto& [text, day, month, year] : good) {
+    SCOPED_TRACE(Utf8(text));
+    OneField field({TYPECHECK_DATE, L"d", 0, 0, 1, 0, 0}, text);
     EXPECT_EQ(field.result, 1);
-    EXPECT_EQ(field.Stored<std::int32_t>(), row.year * 65536 + row.month * 256 + row.day);
+    EXPECT_EQ(field.Stored<std::int32_t>(), year * 65536 + month * 256 + day);
     EXPECT_EQ(field.converter.GetErrorCount(), 0);
     EXPECT_TRUE(field.IsUntouchedFrom(5));
   }
@@ -263,30 +226,23 @@ TEST(TypeConverter, ConvertsDates) {
 }
 
 TEST(TypeConverter, ConvertsText) {
-  const struct {
-    const wchar_t* text;
-    int size;
-    int check;
-    const wchar_t* stored;
-    int result;
-    const char* kinds;
-  } rows[] = {
+  const std::tuple<const wchar_t*, int, int, const wchar_t*, int, const char*> rows[] = {
       {L"abc", 3, 1, L"abc", 1, ""},   {L"abcd", 3, 1, L"abc", 0, "2"},    {L"abcd", 3, 0, L"abc", 1, ""},
       {L" a ", 5, 1, L" a ", 1, ""},   {L"  \x3000\t ", 2, 1, L"", 1, ""}, {L"", 3, 1, L"", 1, ""},
       {nullptr, 3, 1, L"", 1, ""},     {L"a", 0, 1, L"", 0, "2"},          {L"a", 0, 0, L"", 1, ""},
       {L"摘要", 2, 1, L"摘要", 1, ""},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(Utf8(row.text));
-    OneField field({TYPECHECK_STRING, L"t", row.size, 0, row.check, 0, 0}, row.text);
+  for (const auto& [text, size, check, start, result, kinds] : rows) {
+    SCOPED_TRACE(Utf8(text));
+    OneField field({TYPECHECK_STRING, L"t", size, 0, check, 0, 0}, text);
     wchar_t stored[8] = {};
-    const std::size_t bytes = (static_cast<std::size_t>(row.size) + 1) * sizeof(wchar_t);
+    const std::size_t bytes = (static_cast<std::size_t>(size) + 1) * sizeof(wchar_t);
     std::memcpy(stored, field.record + 1, bytes);
     wchar_t expected[8] = {};
-    std::memcpy(expected, row.stored, (wcslen(row.stored) + 1) * sizeof(wchar_t));
+    std::memcpy(expected, start, (wcslen(start) + 1) * sizeof(wchar_t));
     EXPECT_EQ(std::memcmp(stored, expected, sizeof stored), 0) << Utf8(stored);  // zeros up to the end
-    EXPECT_EQ(field.result, row.result);
-    EXPECT_EQ(field.Kinds(), row.kinds);
+    EXPECT_EQ(field.result, result);
+    EXPECT_EQ(field.Kinds(), kinds);
     EXPECT_TRUE(field.IsUntouchedFrom(1 + bytes));
   }
   for (const wchar_t* text : {L"", L"abc"}) {
@@ -324,12 +280,7 @@ QorTypeCheckInfoTable g_table[] = {
 };
 
 TEST(TypeConverter, ComparesFieldCounts) {
-  const struct {
-    const wchar_t* line;
-    unsigned char check_count;
-    int result;
-    long errors;
-  } rows[] = {
+  const std::tuple<const wchar_t*, unsigned char, int, long> rows[] = {
       {L"a,1,2", 1, 1, 0}, {L"a,1,2,", 1, 1, 0},  {L"a,1,2,x", 1, 0, 1}, {L"a,1,2,,", 1, 0, 1},
       {L"a,1", 1, 0, 1},   {L"", 1, 0, 1},        {L"a,1,2,x", 0, 1, 0}, {L"a,1", 0, 1, 0},
       {L"a", 0, 0, 1},     {L"a,1,2", 255, 1, 0},
@@ -337,13 +288,13 @@ TEST(TypeConverter, ComparesFieldCounts) {
   CQorTypeConverter converter;
   ASSERT_EQ(converter.Initialize(g_table, 3), 1);
   EXPECT_EQ(converter.GetFieldCount(), 3);
-  for (const auto& row : rows) {
-    SCOPED_TRACE(Utf8(row.line));
+  for (const auto& [line, check_count, result, errors] : rows) {
+    SCOPED_TRACE(Utf8(line));
     Row record = {L"zzz", -1, -1};
-    CQorCSVManager manager(row.line, CSVMGR_DELIM_COMMA, CSVMGR_QUOTES_DOUBLE, 0);
-    EXPECT_EQ(converter.Convert(manager, &record, row.check_count), row.result);
-    EXPECT_EQ(converter.GetErrorCount(), row.errors);
-    if (row.check_count != 0 && row.result == 0) {
+    CQorCSVManager manager(line, CSVMGR_DELIM_COMMA, CSVMGR_QUOTES_DOUBLE, 0);
+    EXPECT_EQ(converter.Convert(manager, &record, check_count), result);
+    EXPECT_EQ(converter.GetErrorCount(), errors);
+    if (check_count != 0 && result == 0) {
       EXPECT_EQ(converter.GetErrorKind(0), TYPEERROR_FIELDCOUNT);
       EXPECT_TEXT(L"１行に指定されている項目数が異なっています。", converter.GetErrorMessage(0));
       EXPECT_TEXT(L"zzz", record.text);
@@ -351,9 +302,9 @@ TEST(TypeConverter, ComparesFieldCounts) {
       EXPECT_TEXT(L"a", record.text);
       EXPECT_NE(record.other, -1);
     }
-    CQorCSVManager same(row.line, CSVMGR_DELIM_COMMA, CSVMGR_QUOTES_DOUBLE, 0);
-    EXPECT_EQ(converter.Convert(same, nullptr, row.check_count), row.result);
-    EXPECT_EQ(converter.GetErrorCount(), row.errors);
+    CQorCSVManager same(line, CSVMGR_DELIM_COMMA, CSVMGR_QUOTES_DOUBLE, 0);
+    EXPECT_EQ(converter.Convert(same, nullptr, check_count), result);
+    EXPECT_EQ(converter.GetErrorCount(), errors);
   }
 }
 

@@ -1,43 +1,36 @@
-#include <gtest/gtest.h>
-#include <string>
 
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/file_version.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 #include "tests/support/version_file.h"
 
-namespace {
+using namespace qorgen::tests;
 
-using qorgen::tests::Exists;
-using qorgen::tests::PutFile;
-using qorgen::tests::Utf8;
+namespace {
 
 class ChecksTest : public testing::Test {
  protected:
   CString In(const wchar_t* name) { return CQorFileUtil::ConnectPath(m_folder.Path(L""), name); }
 
-  qorgen::tests::ScratchFolder m_folder;
+  ScratchFolder m_folder;
 };
 
-TEST_F(ChecksTest, existence) {
+TEST_F(ChecksTest, Existence) {
   ASSERT_TRUE(PutFile(In(L"売上.csv"), "x"));
   ASSERT_EQ(1, CQorFileUtil::CreateDirectoryW(In(L"sub")));
-  struct {
-    const wchar_t* name;
-    int exists;
-  } const rows[] = {{L"売上.csv", 1}, {L"sub", 1},   {L"*.csv", 1}, {L"*.CSV", 1},
-                    {L"売?.*", 1},    {L"*.txt", 0}, {L"none", 0},  {L"none\\x", 0}};
-  for (const auto& row : rows)
-    EXPECT_EQ(row.exists, CQorFileUtil::IsExistFile(In(row.name))) << Utf8(row.name);
+  const std::tuple<const wchar_t*, int> rows[] = {{L"売上.csv", 1}, {L"sub", 1},    {L"*.csv", 1},
+                                                  {L"*.CSV", 1},    {L"売?.*", 1},  {L"*.txt", 0},
+                                                  {L"none", 0},     {L"none\\x", 0}};
+  for (const auto& [name, exists] : rows)
+    EXPECT_EQ(exists, CQorFileUtil::IsExistFile(In(name))) << Utf8(name);
   EXPECT_EQ(0, CQorFileUtil::IsExistFile(L""));
   EXPECT_EQ(0, CQorFileUtil::IsExistFile(nullptr));
 }
 
-TEST_F(ChecksTest, texts_that_name_the_same_file) {
+TEST_F(ChecksTest, TextsThatNameTheSameFile) {
   EXPECT_EQ(1, CQorFileUtil::IsEqualFile(L"A.TXT", L"a.txt"));
   EXPECT_EQ(0, CQorFileUtil::IsEqualFile(L"a.txt", L".\\a.txt"));
   EXPECT_EQ(1, CQorFileUtil::IsEqualFile(L"帳簿", L"帳簿"));
@@ -45,20 +38,16 @@ TEST_F(ChecksTest, texts_that_name_the_same_file) {
   EXPECT_EQ(0, CQorFileUtil::IsEqualFile(nullptr, L"a"));
 }
 
-TEST_F(ChecksTest, drives) {
-  struct {
-    const wchar_t* path;
-    int network;
-    int alive;
-  } const rows[] = {
+TEST_F(ChecksTest, Drives) {
+  const std::tuple<const wchar_t*, int, int> rows[] = {
       {L"\\\\srv\\share", 1, 1}, {L"//srv", 1, 1}, {L"\\/", 1, 1},
       {L"C:\\x\\none", 0, 1},    {L"C:", 0, 1},    {L"1:\\", 0, 0},
       {L"a.txt", 0, 0},          {L"\\a", 0, 0},   {L"", 0, 0},
       {nullptr, 0, 0},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.network, CQorFileUtil::IsNetDrive(row.path)) << Utf8(row.path);
-    EXPECT_EQ(row.alive, CQorFileUtil::IsDriveAlive(row.path)) << Utf8(row.path);
+  for (const auto& [path, network, alive] : rows) {
+    EXPECT_EQ(network, CQorFileUtil::IsNetDrive(path)) << Utf8(path);
+    EXPECT_EQ(alive, CQorFileUtil::IsDriveAlive(path)) << Utf8(path);
   }
   const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS);
   SetErrorMode(mode);
@@ -66,12 +55,8 @@ TEST_F(ChecksTest, drives) {
   EXPECT_EQ(mode, SetErrorMode(mode));
 }
 
-TEST_F(ChecksTest, text_files) {
-  struct {
-    std::string content;
-    long sample;
-    int is_text;
-  } const rows[] = {
+TEST_F(ChecksTest, TextFiles) {
+  const std::tuple<std::string, long, int> rows[] = {
       {"", 100, 1},
       {"", 0, 1},
       {"text", 0, 1},
@@ -99,17 +84,17 @@ TEST_F(ChecksTest, text_files) {
       {"text", -1, 0},
       {std::string(100000, 'a'), 0x7FFFFFFF, 1},
   };
-  for (const auto& row : rows) {
-    ASSERT_TRUE(PutFile(In(L"a.txt"), row.content));
-    EXPECT_EQ(row.is_text, CQorFileUtil::IsTextFile(In(L"a.txt"), row.sample))
-        << testing::PrintToString(row.content.substr(0, 20)) << ' ' << row.sample;
+  for (const auto& [content, sample, is_text] : rows) {
+    ASSERT_TRUE(PutFile(In(L"a.txt"), content));
+    EXPECT_EQ(is_text, CQorFileUtil::IsTextFile(In(L"a.txt"), sample))
+        << testing::PrintToString(content.substr(0, 20)) << ' ' << sample;
   }
   EXPECT_EQ(0, CQorFileUtil::IsTextFile(In(L"none"), 100));
   EXPECT_EQ(0, CQorFileUtil::IsTextFile(In(L""), 100));
   EXPECT_EQ(0, CQorFileUtil::IsTextFile(nullptr, 100));
 }
 
-TEST_F(ChecksTest, writable_folder) {
+TEST_F(ChecksTest, WritableFolder) {
   EXPECT_EQ(1, CQorFileUtil::WriteCheck(In(L"")));
   EXPECT_EQ(0, CQorFileUtil::IsExistFile(In(L"ask*")));
   EXPECT_EQ(0, CQorFileUtil::WriteCheck(In(L"none")));
@@ -117,20 +102,17 @@ TEST_F(ChecksTest, writable_folder) {
   EXPECT_EQ(0, CQorFileUtil::WriteCheck(nullptr));
 }
 
-TEST_F(ChecksTest, digest_of_the_first_block) {
+TEST_F(ChecksTest, DigestOfTheFirstBlock) {
   const std::string block(65536, 'q');
-  struct {
-    std::string content;
-    const wchar_t* digest;
-  } const rows[] = {
+  const std::tuple<std::string, const wchar_t*> rows[] = {
       {"", L"d41d8cd98f00b204e9800998ecf8427e"},
       {"message digest", L"f96b697d7cb7938d525a2f31aaf161d0"},
   };
   CString digest;
-  for (const auto& row : rows) {
-    ASSERT_TRUE(PutFile(In(L"a"), row.content));
+  for (const auto& [content, expected] : rows) {
+    ASSERT_TRUE(PutFile(In(L"a"), content));
     EXPECT_EQ(1, CQorFileUtil::GetFileMD5(In(L"a"), digest));
-    EXPECT_TEXT(row.digest, digest);
+    EXPECT_TEXT(expected, digest);
   }
   CString digests[3];
   const std::string contents[3] = {block, block + "one", block.substr(1)};
@@ -150,7 +132,7 @@ TEST_F(ChecksTest, digest_of_the_first_block) {
   EXPECT_TEXT(digests[2], own);
 }
 
-TEST_F(ChecksTest, status) {
+TEST_F(ChecksTest, Status) {
   ASSERT_TRUE(PutFile(In(L"a"), "12345"));
   const CFileStatus status = CQorFileUtil::GetFileStatus(In(L"a"));
   EXPECT_EQ(5u, status.m_size);
@@ -163,9 +145,8 @@ TEST_F(ChecksTest, status) {
   }
 }
 
-TEST_F(ChecksTest, versions) {
-  ASSERT_TRUE(PutFile(In(L"a.dll"),
-                      qorgen::tests::MakeVersionFile({0x00010002, 0x00030004, 0x00050006, 0x00070008})));
+TEST_F(ChecksTest, Versions) {
+  ASSERT_TRUE(PutFile(In(L"a.dll"), MakeVersionFile({0x00010002, 0x00030004, 0x00050006, 0x00070008})));
   unsigned long high = 9;
   unsigned long low = 9;
   EXPECT_EQ(1, CQorFileUtil::GetFileVer(high, low, In(L"a.dll")));
@@ -178,7 +159,7 @@ TEST_F(ChecksTest, versions) {
   EXPECT_TEXT(L"5.6.7.8", CQorFileUtil::GetProductVerStr(In(L"a.dll")));
 
   // Numbers without a list of languages count as no version.
-  ASSERT_TRUE(PutFile(In(L"b.dll"), qorgen::tests::MakeVersionFile({1, 2, 3, 4, false})));
+  ASSERT_TRUE(PutFile(In(L"b.dll"), MakeVersionFile({1, 2, 3, 4, false})));
   ASSERT_TRUE(PutFile(In(L"c.txt"), "text"));
   for (const wchar_t* name : {L"b.dll", L"c.txt", L"none", L""}) {
     high = low = 9;

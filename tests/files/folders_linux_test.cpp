@@ -1,30 +1,26 @@
 // Links, and paths in the host's own vocabulary.
 
 #include <cstdio>
-#include <gtest/gtest.h>
-#include <string>
 #include <unistd.h>
 
 #include "qorgen/files/file_util.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::Exists;
-using qorgen::tests::PutFile;
 
 class FoldersLinuxTest : public testing::Test {
  protected:
   CString In(const wchar_t* name) { return CQorFileUtil::ConnectPath(m_folder.Path(L""), name); }
   std::string Host(const wchar_t* name) { return qorgen::platform::HostPath(In(name)); }
 
-  qorgen::tests::ScratchFolder m_folder;
+  ScratchFolder m_folder;
 };
 
-TEST_F(FoldersLinuxTest, links_are_removed_and_not_followed) {
+TEST_F(FoldersLinuxTest, LinksAreRemovedAndNotFollowed) {
   ASSERT_EQ(1, CQorFileUtil::CreateDirectories(In(L"outside")));
   ASSERT_TRUE(PutFile(In(L"outside\\precious.txt"), "x"));
   ASSERT_EQ(1, CQorFileUtil::CreateDirectories(In(L"t\\sub")));
@@ -35,7 +31,7 @@ TEST_F(FoldersLinuxTest, links_are_removed_and_not_followed) {
   EXPECT_TRUE(Exists(In(L"outside\\precious.txt")));
 }
 
-TEST_F(FoldersLinuxTest, file_of_a_host_path_in_an_existing_folder) {
+TEST_F(FoldersLinuxTest, FileOfAHostPathInAnExistingFolder) {
   const std::string host = Host(L"x.csv");
   CString path;
   for (const char c : host) path += static_cast<wchar_t>(c);

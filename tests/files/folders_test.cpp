@@ -1,44 +1,35 @@
 #include <cstdio>
-#include <gtest/gtest.h>
-#include <string>
 
 #include "qorgen/files/file_util.h"
 #include "qorgen/platform/filesystem.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::Exists;
-using qorgen::tests::GetFile;
-using qorgen::tests::PutFile;
-using qorgen::tests::Utf8;
 
 class FoldersTest : public testing::Test {
  protected:
   CString In(const wchar_t* name) { return CQorFileUtil::ConnectPath(m_folder.Path(L""), name); }
 
-  qorgen::tests::ScratchFolder m_folder;
+  ScratchFolder m_folder;
 };
 
-TEST_F(FoldersTest, one_level) {
+TEST_F(FoldersTest, OneLevel) {
   EXPECT_EQ(1, CQorFileUtil::CreateDirectoryW(In(L"帳簿")));
   EXPECT_EQ(0, CQorFileUtil::CreateDirectoryW(In(L"帳簿")));
   EXPECT_EQ(0, CQorFileUtil::CreateDirectoryW(In(L"x\\y")));
   EXPECT_EQ(0, CQorFileUtil::CreateDirectoryW(nullptr));
 }
 
-TEST_F(FoldersTest, deep_folder) {
+TEST_F(FoldersTest, DeepFolder) {
   ASSERT_TRUE(PutFile(In(L"file"), "x"));
-  struct {
-    const wchar_t* path;
-    int made;
-  } const rows[] = {
+  const std::tuple<const wchar_t*, int> rows[] = {
       {L"a\\b\\c", 1}, {L"a\\b\\c", 0}, {L"a\\b\\d\\", 1}, {L"a", 0}, {L"file\\b", 0}, {L"file\\b\\c", 0},
   };
-  for (const auto& row : rows)
-    EXPECT_EQ(row.made, CQorFileUtil::CreateDeepDirectory(In(row.path))) << Utf8(row.path);
+  for (const auto& [path, made] : rows)
+    EXPECT_EQ(made, CQorFileUtil::CreateDeepDirectory(In(path))) << Utf8(path);
   EXPECT_TRUE(Exists(In(L"a\\b\\c")));
   EXPECT_TRUE(Exists(In(L"a\\b\\d")));
   for (const wchar_t* path : {L"", L"\\", L"C:\\", L"x/y/", L"C:/none/a/b", L"C:/none\\/\\b", L"//"}) {
@@ -48,7 +39,7 @@ TEST_F(FoldersTest, deep_folder) {
   EXPECT_EQ(0, CQorFileUtil::CreateDeepDirectory(In(CString(L'x', 400))));
 }
 
-TEST_F(FoldersTest, folders_from_the_outside_in) {
+TEST_F(FoldersTest, FoldersFromTheOutsideIn) {
   EXPECT_EQ(1, CQorFileUtil::CreateDirectories(In(L"a\\b\\c")));
   EXPECT_EQ(1, CQorFileUtil::CreateDirectories(In(L"a\\b\\c")));
   EXPECT_EQ(1, CQorFileUtil::CreateDirectories(In(L"a\\d\\")));
@@ -63,7 +54,7 @@ TEST_F(FoldersTest, folders_from_the_outside_in) {
   EXPECT_EQ(0, CQorFileUtil::CreateDirectories(In(L"file\\a")));
 }
 
-TEST_F(FoldersTest, folders_of_261_characters) {
+TEST_F(FoldersTest, FoldersOf261Characters) {
   CString path = In(L"long");
   while (path.GetLength() < 250) path += L"\\12345678";
   path += CString(L'x', 261 - path.GetLength());
@@ -71,7 +62,7 @@ TEST_F(FoldersTest, folders_of_261_characters) {
   EXPECT_FALSE(Exists(In(L"long")));
 }
 
-TEST_F(FoldersTest, folder_on_demand) {
+TEST_F(FoldersTest, FolderOnDemand) {
   EXPECT_EQ(1, CQorFileUtil::CreateDirIfNotExists(In(L""), 0));
   EXPECT_EQ(1, CQorFileUtil::CreateDirIfNotExists(In(L"a\\b\\c.txt"), 1));
   EXPECT_TRUE(Exists(In(L"a\\b")));
@@ -82,7 +73,7 @@ TEST_F(FoldersTest, folder_on_demand) {
   EXPECT_EQ(0, CQorFileUtil::CreateDirIfNotExists(nullptr, 0));
 }
 
-TEST_F(FoldersTest, open_makes_the_folder_on_request_only) {
+TEST_F(FoldersTest, OpenMakesTheFolderOnRequestOnly) {
   const CString path = In(L"x\\売上.txt");
   EXPECT_EQ(nullptr, CQorFileUtil::Open(path, CQorFileUtil::_modeWb, 0));
   EXPECT_FALSE(Exists(In(L"x")));
@@ -95,11 +86,8 @@ TEST_F(FoldersTest, open_makes_the_folder_on_request_only) {
   EXPECT_EQ(nullptr, CQorFileUtil::Open(path, nullptr, 0));
 }
 
-TEST_F(FoldersTest, mode_texts) {
-  struct {
-    const wchar_t* mode;
-    const wchar_t* text;
-  } const rows[] = {
+TEST_F(FoldersTest, ModeTexts) {
+  const std::tuple<const wchar_t*, const wchar_t*> rows[] = {
       {CQorFileUtil::_modeRb, L"rb"},
       {CQorFileUtil::_modeWb, L"wb"},
       {CQorFileUtil::_modeRtANSI, L"rt"},
@@ -111,17 +99,17 @@ TEST_F(FoldersTest, mode_texts) {
       {CQorFileUtil::_modeWtUTF16LE, L"wt,ccs=UTF-16LE"},
       {CQorFileUtil::_modeAtUTF16LE, L"at,ccs=UTF-16LE"},
   };
-  for (const auto& row : rows) {
-    EXPECT_TEXT(row.text, row.mode);
+  for (const auto& [mode, text] : rows) {
+    EXPECT_TEXT(text, mode);
     const CString path = In(L"modes.txt");
     ASSERT_TRUE(PutFile(path, ""));
-    FILE* stream = CQorFileUtil::Open(path, row.mode, 0);
-    EXPECT_NE(nullptr, stream) << Utf8(row.mode);
+    FILE* stream = CQorFileUtil::Open(path, mode, 0);
+    EXPECT_NE(nullptr, stream) << Utf8(mode);
     if (stream != nullptr) std::fclose(stream);
   }
 }
 
-TEST_F(FoldersTest, delete_file) {
+TEST_F(FoldersTest, DeleteFile) {
   ASSERT_TRUE(PutFile(In(L"a.txt"), "x"));
   ASSERT_TRUE(SetFileAttributesW(In(L"a.txt"), FILE_ATTRIBUTE_READONLY));
   EXPECT_EQ(1, CQorFileUtil::DeleteFileW(In(L"a.txt")));
@@ -130,7 +118,7 @@ TEST_F(FoldersTest, delete_file) {
   EXPECT_EQ(0, CQorFileUtil::DeleteFileW(nullptr));
 }
 
-TEST_F(FoldersTest, delete_folder_with_everything_in_it) {
+TEST_F(FoldersTest, DeleteFolderWithEverythingInIt) {
   ASSERT_EQ(1, CQorFileUtil::CreateDirectories(In(L"t\\帳簿\\c")));
   ASSERT_EQ(1, CQorFileUtil::CreateDirectories(In(L"t\\empty")));
   ASSERT_TRUE(PutFile(In(L"t\\a.txt"), "x"));
@@ -147,7 +135,7 @@ TEST_F(FoldersTest, delete_folder_with_everything_in_it) {
   EXPECT_EQ(0, CQorFileUtil::DeleteDirectory(CString(L'x', 2000)));
 }
 
-TEST_F(FoldersTest, deleting_an_empty_name_leaves_the_working_folder_alone) {
+TEST_F(FoldersTest, DeletingAnEmptyNameLeavesTheWorkingFolderAlone) {
   wchar_t former[MAX_PATH];
   ASSERT_NE(0u, GetCurrentDirectoryW(MAX_PATH, former));
   ASSERT_TRUE(PutFile(In(L"precious.txt"), "x"));

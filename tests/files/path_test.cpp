@@ -1,58 +1,50 @@
-#include <gtest/gtest.h>
-#include <string>
 
 #include "qorgen/files/create_path.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/split_path.h"
 
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::TakeUtf8;
-using qorgen::tests::Utf8;
 
 CString Long(int length) {
   return CString(L'x', length);
 }
 
-TEST(SplitPathTest, parts) {
-  struct {
-    const wchar_t* path;
-    const wchar_t* drive;
-    const wchar_t* computer;
-    const wchar_t* directory;
-    const wchar_t* name;
-    const wchar_t* extension;
-  } const rows[] = {
-      {L"C:\\a\\b.txt", L"C:", L"", L"\\a\\", L"b", L".txt"},
-      {L"C:", L"C:", L"", L"", L"", L""},
-      {L"C:a.txt", L"C:", L"", L"", L"a", L".txt"},
-      {L"a/b.tar.gz", L"", L"", L"a/", L"b.tar", L".gz"},
-      {L".profile", L"", L"", L"", L"", L".profile"},
-      {L"", L"", L"", L"", L"", L""},
-      {L"\\\\srv\\share\\dir\\a.txt", L"\\\\srv", L"srv", L"\\share\\dir\\", L"a", L".txt"},
-      {L"\\\\srv\\share", L"\\\\srv", L"srv", L"\\", L"share", L""},
-      {L"\\\\srv\\", L"\\\\srv", L"srv", L"", L"", L""},
-      {L"\\\\srv", L"", L"", L"", L"srv", L""},
-      {L"//srv/share/a", L"", L"", L"//srv/share/", L"a", L""},
-      {L"\\\\srv/share/a", L"\\\\srv/share/", L"srv/share/", L"", L"a", L""},
-      {L"帳簿\\売上.csv", L"", L"", L"帳簿\\", L"売上", L".csv"},
-  };
-  for (const auto& row : rows) {
-    const CQorSplitPath parts(row.path);
-    EXPECT_TEXT(row.path, parts.GetPath());
-    EXPECT_TEXT(row.drive, parts.GetDrive()) << Utf8(row.path);
-    EXPECT_TEXT(row.computer, parts.GetComputerNameW()) << Utf8(row.path);
-    EXPECT_TEXT(row.directory, parts.GetDirectory()) << Utf8(row.path);
-    EXPECT_TEXT(row.name, parts.GetFileName()) << Utf8(row.path);
-    EXPECT_TEXT(row.extension, parts.GetExtension()) << Utf8(row.path);
-    EXPECT_EQ(Utf8(row.drive) + Utf8(row.directory), Utf8(parts.GetConnectPath())) << Utf8(row.path);
-    EXPECT_EQ(Utf8(row.name) + Utf8(row.extension), Utf8(parts.GetConnectFile())) << Utf8(row.path);
+TEST(SplitPathTest, Parts) {
+  const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*,
+                   const wchar_t*>
+      rows[] = {
+          {L"C:\\a\\b.txt", L"C:", L"", L"\\a\\", L"b", L".txt"},
+          {L"C:", L"C:", L"", L"", L"", L""},
+          {L"C:a.txt", L"C:", L"", L"", L"a", L".txt"},
+          {L"a/b.tar.gz", L"", L"", L"a/", L"b.tar", L".gz"},
+          {L".profile", L"", L"", L"", L"", L".profile"},
+          {L"", L"", L"", L"", L"", L""},
+          {L"\\\\srv\\share\\dir\\a.txt", L"\\\\srv", L"srv", L"\\share\\dir\\", L"a", L".txt"},
+          {L"\\\\srv\\share", L"\\\\srv", L"srv", L"\\", L"share", L""},
+          {L"\\\\srv\\", L"\\\\srv", L"srv", L"", L"", L""},
+          {L"\\\\srv", L"", L"", L"", L"srv", L""},
+          {L"//srv/share/a", L"", L"", L"//srv/share/", L"a", L""},
+          {L"\\\\srv/share/a", L"\\\\srv/share/", L"srv/share/", L"", L"a", L""},
+          {L"帳簿\\売上.csv", L"", L"", L"帳簿\\", L"売上", L".csv"},
+      };
+  for (const auto& [path, drive, computer, directory, name, extension] : rows) {
+    const CQorSplitPath parts(path);
+    EXPECT_TEXT(path, parts.GetPath());
+    EXPECT_TEXT(drive, parts.GetDrive()) << Utf8(path);
+    EXPECT_TEXT(computer, parts.GetComputerNameW()) << Utf8(path);
+    EXPECT_TEXT(directory, parts.GetDirectory()) << Utf8(path);
+    EXPECT_TEXT(name, parts.GetFileName()) << Utf8(path);
+    EXPECT_TEXT(extension, parts.GetExtension()) << Utf8(path);
+    EXPECT_EQ(Utf8(drive) + Utf8(directory), Utf8(parts.GetConnectPath())) << Utf8(path);
+    EXPECT_EQ(Utf8(name) + Utf8(extension), Utf8(parts.GetConnectFile())) << Utf8(path);
   }
 }
 
-TEST(SplitPathTest, second_split_keeps_the_machine_of_the_first) {
+TEST(SplitPathTest, SecondSplitKeepsTheMachineOfTheFirst) {
   CQorSplitPath parts(L"\\\\srv\\share\\a.txt");
   EXPECT_EQ(0, parts.Split(nullptr));
   EXPECT_TEXT(L"a.txt", parts.GetConnectFile());
@@ -64,7 +56,7 @@ TEST(SplitPathTest, second_split_keeps_the_machine_of_the_first) {
   EXPECT_TEXT(L"C:\\", parts.GetPath());
 }
 
-TEST(SplitPathTest, limit_of_260_characters) {
+TEST(SplitPathTest, LimitOf260Characters) {
   for (const int length : {259, 260, 261, 5000}) {
     const CQorSplitPath parts(Long(length));
     EXPECT_EQ(length < 260 ? length : 260, CString(parts.GetPath()).GetLength());
@@ -75,7 +67,7 @@ TEST(SplitPathTest, limit_of_260_characters) {
   EXPECT_EQ(42, CString(machine.GetDirectory()).GetLength());
 }
 
-TEST(SplitPathTest, copies_share_their_texts) {
+TEST(SplitPathTest, CopiesShareTheirTexts) {
   CQorSplitPath other(L"D:\\x");
   {
     CQorSplitPath first(L"C:\\a");
@@ -90,14 +82,8 @@ TEST(SplitPathTest, copies_share_their_texts) {
   EXPECT_TEXT(L"C:\\b", other.GetPath());
 }
 
-TEST(CreatePathTest, adds_what_is_missing) {
-  struct {
-    const wchar_t* drive;
-    const wchar_t* directory;
-    const wchar_t* name;
-    const wchar_t* extension;
-    const wchar_t* path;
-  } const rows[] = {
+TEST(CreatePathTest, AddsWhatIsMissing) {
+  const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
       {L"C", L"\\a", L"b", L"txt", L"C:\\a\\b.txt"},
       {L"C:", L"\\a\\", L"b", L".txt", L"C:\\a\\b.txt"},
       {nullptr, L"C:\\a", L"*.*", nullptr, L"C:\\a\\*.*"},
@@ -105,23 +91,19 @@ TEST(CreatePathTest, adds_what_is_missing) {
       {L"\\\\srv", nullptr, L"b", nullptr, L"\\\\srv\\b"},
       {nullptr, nullptr, nullptr, nullptr, L""},
   };
-  for (const auto& row : rows) {
-    const CQorCreatePath path(row.drive, row.directory, row.name, row.extension);
-    EXPECT_TEXT(row.path, static_cast<const wchar_t*>(path));
+  for (const auto& [drive, directory, name, extension, whole] : rows) {
+    const CQorCreatePath path(drive, directory, name, extension);
+    EXPECT_TEXT(whole, static_cast<const wchar_t*>(path));
     CQorCreatePath copy(nullptr, L"x", nullptr, nullptr);
     copy = path;
-    EXPECT_TEXT(row.path, static_cast<const wchar_t*>(copy));
+    EXPECT_TEXT(whole, static_cast<const wchar_t*>(copy));
   }
   EXPECT_TEXT(L"", static_cast<const wchar_t*>(CQorCreatePath(nullptr, Long(2000), L"a", nullptr)));
   EXPECT_TEXT(L"", static_cast<const wchar_t*>(CQorCreatePath(L"\\\\srv", Long(2000), L"a", nullptr)));
 }
 
-TEST(FilePathTest, connect_path) {
-  struct {
-    const wchar_t* directory;
-    const wchar_t* file;
-    const wchar_t* path;
-  } const rows[] = {
+TEST(FilePathTest, ConnectPath) {
+  const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
       {L"C:\\a", L"D:\\b\\c.txt", L"C:\\a\\b\\c.txt"},
       {nullptr, L"a\\b.txt", L"a\\b.txt"},
       {L"C:\\x\\", L"\\b.txt", L"C:\\x\\b.txt"},
@@ -132,29 +114,22 @@ TEST(FilePathTest, connect_path) {
       {L"C:\\a", nullptr, L"C:\\a\\"},
       {L"C:\\a", L"\\\\b", L"C:\\a\\b"},
   };
-  for (const auto& row : rows) EXPECT_TEXT(row.path, CQorFileUtil::ConnectPath(row.directory, row.file));
+  for (const auto& [directory, file, path] : rows)
+    EXPECT_TEXT(path, CQorFileUtil::ConnectPath(directory, file));
 }
 
-TEST(FilePathTest, add_extension) {
-  struct {
-    const wchar_t* path;
-    const wchar_t* extension;
-    const wchar_t* result;
-  } const rows[] = {
+TEST(FilePathTest, AddExtension) {
+  const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
       {L"a.TXT", L".txt", L"a.TXT"},   {L"a", L".txt", L"a.txt"},       {L"a.txt", L".csv", L"a.txt.csv"},
       {L"a.txt", L"txt", L"a.txttxt"}, {nullptr, L".txt", L""},         {L"a.txt", nullptr, L"a.txt"},
       {L"", L".txt", L".txt"},         {L"d.x\\a", L".x", L"d.x\\a.x"},
   };
-  for (const auto& row : rows) EXPECT_TEXT(row.result, CQorFileUtil::AddExtension(row.path, row.extension));
+  for (const auto& [path, extension, result] : rows)
+    EXPECT_TEXT(result, CQorFileUtil::AddExtension(path, extension));
 }
 
-TEST(FilePathTest, tails_and_roots) {
-  struct {
-    const wchar_t* path;
-    const wchar_t* without_tail;
-    int is_root;
-    const wchar_t* root;
-  } const rows[] = {
+TEST(FilePathTest, TailsAndRoots) {
+  const std::tuple<const wchar_t*, const wchar_t*, int, const wchar_t*> rows[] = {
       {L"C:\\", L"C:\\", 1, L"C:\\"},
       {L"C:\\a\\", L"C:\\a", 0, L"C:\\"},
       {L"C:\\a/", L"C:\\a/", 0, L"C:\\"},
@@ -170,14 +145,14 @@ TEST(FilePathTest, tails_and_roots) {
       {L"\\\\srv\\share", L"\\\\srv\\share", 0, L"\\\\srv\\share"},
       {L"\\\\srv", L"\\\\srv", 0, L"\\\\srv"},
   };
-  for (const auto& row : rows) {
-    EXPECT_TEXT(row.without_tail, CQorFileUtil::RemoveTailDirSep(row.path));
-    EXPECT_EQ(row.is_root, CQorFileUtil::IsRootDir(row.path)) << Utf8(row.path);
+  for (const auto& [path, without_tail, is_root, expected] : rows) {
+    EXPECT_TEXT(without_tail, CQorFileUtil::RemoveTailDirSep(path));
+    EXPECT_EQ(is_root, CQorFileUtil::IsRootDir(path)) << Utf8(path);
     CString root = L"former text";
-    CQorFileUtil::GetRoot(row.path, root);
-    EXPECT_TEXT(row.root, root.GetString()) << Utf8(row.path);
+    CQorFileUtil::GetRoot(path, root);
+    EXPECT_TEXT(expected, root.GetString()) << Utf8(path);
     root.ReleaseBuffer();
-    EXPECT_EQ(CString(row.root).GetLength(), root.GetLength());
+    EXPECT_EQ(CString(expected).GetLength(), root.GetLength());
   }
   CString own = L"C:\\dir\\" + Long(300);
   CQorFileUtil::GetRoot(own, own);
@@ -186,18 +161,15 @@ TEST(FilePathTest, tails_and_roots) {
   EXPECT_TEXT(Long(260), own.GetString());
 }
 
-TEST(FilePathTest, name_only) {
-  struct {
-    const wchar_t* path;
-    const wchar_t* name;
-  } const rows[] = {
+TEST(FilePathTest, NameOnly) {
+  const std::tuple<const wchar_t*, const wchar_t*> rows[] = {
       {L"C:a.txt", L"a.txt"}, {L"C:\\a/b.txt", L"b.txt"}, {L"a\\", L""}, {L"a", L"a"}, {nullptr, L""}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(static_cast<unsigned>(CString(row.name).GetLength()) + 1,
-              CQorFileUtil::GetFileNameOnly(row.path, nullptr, 0));
+  for (const auto& [path, name] : rows) {
+    EXPECT_EQ(static_cast<unsigned>(CString(name).GetLength()) + 1,
+              CQorFileUtil::GetFileNameOnly(path, nullptr, 0));
     wchar_t buffer[16] = {};
-    EXPECT_EQ(0u, CQorFileUtil::GetFileNameOnly(row.path, buffer, 16));
-    EXPECT_TEXT(row.name, static_cast<const wchar_t*>(buffer));
+    EXPECT_EQ(0u, CQorFileUtil::GetFileNameOnly(path, buffer, 16));
+    EXPECT_TEXT(name, static_cast<const wchar_t*>(buffer));
   }
   wchar_t small[4] = {L'#', L'#', L'#', L'#'};
   CQorFileUtil::GetFileNameOnly(L"abcdef", small, 0);
@@ -207,7 +179,7 @@ TEST(FilePathTest, name_only) {
   EXPECT_EQ(L'#', small[3]);
 }
 
-TEST(FilePathTest, shortened_for_display) {
+TEST(FilePathTest, ShortenedForDisplay) {
   EXPECT_EQ(nullptr, CQorFileUtil::GetCompactPath(nullptr, 20));
   EXPECT_EQ("C:\\fold...\\name.txt",
             TakeUtf8(CQorFileUtil::GetCompactPath(L"C:\\folder\\sub\\name.txt", 20)));
@@ -220,11 +192,7 @@ TEST(FilePathTest, shortened_for_display) {
   EXPECT_TEXT(L"name.txt", CQorFileUtil::GetDispFileString(L"name.txt", -1));
   EXPECT_TEXT(L"", CQorFileUtil::GetDispFileString(nullptr, 10));
 
-  struct {
-    const wchar_t* path;
-    int limit;
-    const wchar_t* text;
-  } const rows[] = {
+  const std::tuple<const wchar_t*, int, const wchar_t*> rows[] = {
       {L"C:\\a.txt", 40, L"C:\\"},
       {L"C:\\folder\\sub\\a.txt", 40, L"C:\\folder\\sub"},
       {L"C:\\folder\\sub\\a.txt", 11, L"C:\\...\\sub"},
@@ -234,12 +202,12 @@ TEST(FilePathTest, shortened_for_display) {
       {L"C:\\folder\\a.txt", 0, L"C:\\folder"},
       {nullptr, 40, L""},
   };
-  for (const auto& row : rows) {
-    EXPECT_TEXT(row.text, CQorFileUtil::GetDispFolderString(row.path, row.limit)) << Utf8(row.path);
+  for (const auto& [path, limit, text] : rows) {
+    EXPECT_TEXT(text, CQorFileUtil::GetDispFolderString(path, limit)) << Utf8(path);
   }
 }
 
-TEST(FilePathTest, forbidden_characters) {
+TEST(FilePathTest, ForbiddenCharacters) {
   const std::string forbidden = "\\/:;*?\"<>|";
   for (wchar_t c = 1; c < 0x100; ++c) {
     const bool expected = c < 0x80 && forbidden.find(static_cast<char>(c)) != std::string::npos;

@@ -1,16 +1,16 @@
-#include <gtest/gtest.h>
 
 #include "qorgen/files/disk_util.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/internal/memory_widening.h"
 #include "qorgen/files/memory_util.h"
 
-#include "tests/support/text.h"
-#include "tests/support/throws.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 
-TEST(PlacesTest, executable) {
+TEST(PlacesTest, Executable) {
   const CString path = CQorFileUtil::GetModuleFileNameW(nullptr);
   EXPECT_TEXT(L"qorgen_files_tests", CQorFileUtil::GetExeName());
   const CString folder = CQorFileUtil::GetExeDir();
@@ -19,13 +19,13 @@ TEST(PlacesTest, executable) {
   EXPECT_EQ(L'\\', path[folder.GetLength()]);
 }
 
-TEST(PlacesTest, known_folders_exist_or_are_empty) {
+TEST(PlacesTest, KnownFoldersExistOrAreEmpty) {
   for (const auto folder : {CQorFileUtil::GetDesktopPath, CQorFileUtil::GetMyDocumentPath,
                             CQorFileUtil::GetMyPicturesPath, CQorFileUtil::GetAppDataLocalPath,
                             CQorFileUtil::GetCommonAppDataPath, CQorFileUtil::GetCommonDocumentPath}) {
     const CString path = folder();
     if (path.IsEmpty()) continue;
-    EXPECT_EQ(1, CQorFileUtil::IsExistFile(path)) << qorgen::tests::Utf8(path);
+    EXPECT_EQ(1, CQorFileUtil::IsExistFile(path)) << Utf8(path);
     EXPECT_NE(L'\\', path[path.GetLength() - 1]);
   }
   wchar_t buffer[261] = {L'x'};
@@ -34,23 +34,20 @@ TEST(PlacesTest, known_folders_exist_or_are_empty) {
   EXPECT_EQ(0, CQorFileUtil::GetShellFolderPath(nullptr, 5, 1));
 }
 
-TEST(PlacesTest, temporary_file_is_made_empty) {
+TEST(PlacesTest, TemporaryFileIsMadeEmpty) {
   const CString folder = CQorFileUtil::GetTempPathW();
   EXPECT_EQ(L'\\', folder[folder.GetLength() - 1]);
-  struct {
-    const wchar_t* prefix;
-    const wchar_t* start;
-  } const rows[] = {{nullptr, L"qor"}, {L"abcdef", L"abc"}};
-  for (const auto& row : rows) {
-    const CString path = CQorFileUtil::GetTempFileNameW(row.prefix);
+  const std::tuple<const wchar_t*, const wchar_t*> rows[] = {{nullptr, L"qor"}, {L"abcdef", L"abc"}};
+  for (const auto& [prefix, start] : rows) {
+    const CString path = CQorFileUtil::GetTempFileNameW(prefix);
     ASSERT_FALSE(path.IsEmpty());
-    EXPECT_TEXT(row.start, path.Mid(folder.GetLength(), 3));
+    EXPECT_TEXT(start, path.Mid(folder.GetLength(), 3));
     EXPECT_EQ(0u, CQorFileUtil::GetFileStatus(path).m_size);
     EXPECT_EQ(1, CQorFileUtil::DeleteFileW(path));
   }
 }
 
-TEST(DiskUtilTest, lists_roots_again_and_again) {
+TEST(DiskUtilTest, ListsRootsAgainAndAgain) {
   CQorDiskUtil disks;
   EXPECT_EQ(0, disks.GetCount());
   EXPECT_THROWS_POINTER(disks.GetString(0), CInvalidArgException);
@@ -86,7 +83,7 @@ TEST(DiskUtilTest, lists_roots_again_and_again) {
   EXPECT_EQ(0, disks.GetCount());
 }
 
-TEST(MemoryUtilTest, figures_or_a_cleared_record) {
+TEST(MemoryUtilTest, FiguresOrAClearedRecord) {
   CQorMemoryUtil::GetMemoryStatus(nullptr);
   CQorMemoryUtil::GetMemoryStatusEx(nullptr);
   MEMORYSTATUS small = {};
@@ -105,7 +102,7 @@ TEST(MemoryUtilTest, figures_or_a_cleared_record) {
   EXPECT_EQ(0u, status.ullTotalPhys);
 }
 
-TEST(MemoryUtilTest, older_figures_are_widened_one_by_one) {
+TEST(MemoryUtilTest, OlderFiguresAreWidenedOneByOne) {
   const MEMORYSTATUS figures = {1, 2, 3, 4, 5, 6, 7, 0xFFFFFFFF};
   MEMORYSTATUSEX status = {64, 9, 9, 9, 9, 9, 9, 9, 9};
   qorgen::files::WidenMemoryStatus(figures, status);

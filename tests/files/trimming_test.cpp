@@ -1,19 +1,11 @@
-#include <gtest/gtest.h>
-#include <string>
 
 #include "qorgen/files/file_util.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
-#include "tests/support/wine.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::Exists;
-using qorgen::tests::GetFile;
-using qorgen::tests::HoldsExceptOnWine;
-using qorgen::tests::PutFile;
-using qorgen::tests::Utf8;
 
 void Put32(std::string& out, int value) {
   for (int shift = 0; shift < 32; shift += 8) out += static_cast<char>(value >> shift & 0xFF);
@@ -50,31 +42,29 @@ class TrimmingTest : public testing::Test {
 
   CString In(const wchar_t* name) { return CQorFileUtil::ConnectPath(m_folder.Path(L""), name); }
 
-  qorgen::tests::ScratchFolder m_folder;
+  ScratchFolder m_folder;
 };
 
-TEST_F(TrimmingTest, rectangle_inside_and_outside) {
-  struct {
-    int left, top, width, height;
-  } const rows[] = {{0, 0, 5, 4}, {1, 2, 3, 2},   {-1, -2, 4, 4},
-                    {3, 3, 4, 4}, {50, 50, 2, 2}, {-2000000000, 0, 3, 1}};
-  for (const auto& row : rows) {
+TEST_F(TrimmingTest, RectangleInsideAndOutside) {
+  const std::tuple<int, int, int, int> rows[] = {{0, 0, 5, 4}, {1, 2, 3, 2},   {-1, -2, 4, 4},
+                                                 {3, 3, 4, 4}, {50, 50, 2, 2}, {-2000000000, 0, 3, 1}};
+  for (const auto& [left, top, width, height] : rows) {
     const CString target = In(L"out.bmp");
-    ASSERT_EQ(1, CQorFileUtil::Trimming(In(L"source.bmp"), row.left, row.top, row.width, row.height, target));
-    const std::string expected = MakeBitmap(row.width, row.height, [&](int x, int y) {
-      const long long from_x = 0LL + x + row.left;
-      const long long from_y = 0LL + y + row.top;
+    ASSERT_EQ(1, CQorFileUtil::Trimming(In(L"source.bmp"), left, top, width, height, target));
+    const std::string expected = MakeBitmap(width, height, [&](int x, int y) {
+      const long long from_x = 0LL + x + left;
+      const long long from_y = 0LL + y + top;
       const bool inside = from_x >= 0 && from_x < 5 && from_y >= 0 && from_y < 4;
       return inside ? PixelAt(static_cast<int>(from_x), static_cast<int>(from_y)) : std::string(3, '\0');
     });
     const std::string actual = GetFile(target);
     ASSERT_EQ(expected.size(), actual.size());
-    EXPECT_EQ(expected.substr(54), actual.substr(54)) << row.left << ',' << row.top;
+    EXPECT_EQ(expected.substr(54), actual.substr(54)) << left << ',' << top;
     EXPECT_EQ(24, actual[28]);
   }
 }
 
-TEST_F(TrimmingTest, every_format_in_turn) {
+TEST_F(TrimmingTest, EveryFormatInTurn) {
   const wchar_t* source = L"source.bmp";
   for (const wchar_t* target : {L"a.png", L"b.TIF", L"d.bmp"}) {
     ASSERT_EQ(1, CQorFileUtil::Trimming(In(source), 0, 0, 5, 4, In(target))) << Utf8(target);
@@ -91,27 +81,23 @@ TEST_F(TrimmingTest, every_format_in_turn) {
   EXPECT_EQ(std::string("\0\0\xFF\0", 4), GetFile(In(L"g.bmp")).substr(54));
 }
 
-TEST_F(TrimmingTest, refused) {
-  struct {
-    const wchar_t* source;
-    int width, height;
-    const wchar_t* target;
-  } const rows[] = {
+TEST_F(TrimmingTest, Refused) {
+  const std::tuple<const wchar_t*, int, int, const wchar_t*> rows[] = {
       {L"none.bmp", 1, 1, L"out.bmp"},         {L"source.bmp", 0, 1, L"out.bmp"},
       {L"source.bmp", 1, -1, L"out.bmp"},      {L"source.bmp", 2147483647, 2147483647, L"out.bmp"},
       {L"source.bmp", 1, 1, L"none\\out.bmp"}, {L"text.bmp", 1, 1, L"out.bmp"},
   };
   ASSERT_TRUE(PutFile(In(L"text.bmp"), "no image"));
-  for (const auto& row : rows) {
+  for (const auto& [source, width, height, target] : rows) {
     ASSERT_TRUE(PutFile(In(L"out.bmp"), "former"));
-    EXPECT_EQ(0, CQorFileUtil::Trimming(In(row.source), 0, 0, row.width, row.height, In(row.target)));
-    EXPECT_EQ("former", GetFile(In(L"out.bmp"))) << Utf8(row.source);
+    EXPECT_EQ(0, CQorFileUtil::Trimming(In(source), 0, 0, width, height, In(target)));
+    EXPECT_EQ("former", GetFile(In(L"out.bmp"))) << Utf8(source);
   }
   EXPECT_EQ(0, CQorFileUtil::Trimming(nullptr, 0, 0, 1, 1, In(L"out.bmp")));
   EXPECT_EQ(0, CQorFileUtil::Trimming(In(L"source.bmp"), 0, 0, 1, 1, nullptr));
 }
 
-TEST_F(TrimmingTest, unknown_extension_has_deleted_the_destination) {
+TEST_F(TrimmingTest, UnknownExtensionHasDeletedTheDestination) {
   ASSERT_TRUE(PutFile(In(L"out.xyz"), "former"));
   EXPECT_EQ(0, CQorFileUtil::Trimming(In(L"source.bmp"), 0, 0, 1, 1, In(L"out.xyz")));
   EXPECT_FALSE(Exists(In(L"out.xyz")));

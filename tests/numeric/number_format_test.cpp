@@ -1,23 +1,16 @@
-#include <climits>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <random>
-#include <string>
-#include <tuple>
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/numeric/num_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 
-using qorgen::tests::Rows;
-using qorgen::tests::TakeUtf8;
-using qorgen::tests::Utf8;
-
-TEST(NumberFormat, of_texts) {
+TEST(NumberFormat, OfTexts) {
   // L"12 34": a blank alone keeps the text as it is
   // L"-12": the sign at the left edge, digits at the right of the field
   // 0x100002: the output stops where the digit would stand
@@ -99,7 +92,7 @@ std::string Stepwise(const std::wstring_view source, unsigned flags, int width, 
   return Utf8(cells);
 }
 
-TEST(NumberFormat, follows_the_steps_on_any_text) {
+TEST(NumberFormat, FollowsTheStepsOnAnyText) {
   std::mt19937 random(12);
   const wchar_t alphabet[] = L"0012345-. a";
   for (int i = 0; i < 60000; ++i) {
@@ -122,7 +115,7 @@ TEST(NumberFormat, follows_the_steps_on_any_text) {
   }
 }
 
-TEST(NumberFormat, of_integers) {
+TEST(NumberFormat, OfIntegers) {
   EXPECT_EQ("12345", TakeUtf8(CQorNumUtil::FormatString(12345, 0, nullptr, 0, L' ')));
   EXPECT_EQ("△2,147,483,648", TakeUtf8(CQorNumUtil::FormatString(INT_MIN, 0x21, nullptr, 0, L' ')));
   EXPECT_EQ("▲32,768",
@@ -136,7 +129,7 @@ TEST(NumberFormat, of_integers) {
 }
 
 // Integers have a way of their own through the common layouts; the text form is the plain one.
-TEST(NumberFormat, of_integers_is_that_of_their_text) {
+TEST(NumberFormat, OfIntegersIsThatOfTheirText) {
   std::mt19937 random(13);
   for (int i = 0; i < 20000; ++i) {
     const int value = static_cast<int>(random()) >> random() % 32;
@@ -152,7 +145,7 @@ TEST(NumberFormat, of_integers_is_that_of_their_text) {
   }
 }
 
-TEST(NumberFormat, of_doubles) {
+TEST(NumberFormat, OfDoubles) {
   EXPECT_EQ("1,234.5", TakeUtf8(CQorNumUtil::FormatString(1234.5, 0x01, nullptr, 2, 3, 0, L' ')));
   EXPECT_EQ("1,234.50", TakeUtf8(CQorNumUtil::FormatString(1234.5, 0x03, nullptr, 2, 3, 8, L' ')));
   EXPECT_EQ("1234.5", TakeUtf8(CQorNumUtil::FormatString(1234.5, 0, nullptr, 2, 3, 0, L' ')));
@@ -160,7 +153,7 @@ TEST(NumberFormat, of_doubles) {
   EXPECT_EQ("", TakeUtf8(CQorNumUtil::FormatString(0.0, 0x100000, nullptr, 2, 3, 0, L' ')));
 }
 
-TEST(NumberFormat, stays_in_bounds_with_any_field) {
+TEST(NumberFormat, StaysInBoundsWithAnyField) {
   const double values[] = {0, -1, 1e308, -1e308, std::numeric_limits<double>::infinity(), std::nan("")};
   for (double value : values) {
     for (int size : {INT_MIN, -1, 0, 1, 100}) {

@@ -1,23 +1,15 @@
-#include <climits>
 #include <cmath>
-#include <gtest/gtest.h>
 #include <limits>
-#include <string>
-#include <tuple>
-#include <vector>
 
 #include "qorgen/numeric/num_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 
-using qorgen::tests::Rows;
-using qorgen::tests::TakeUtf8;
-using qorgen::tests::Utf8;
-
-TEST(NumberParse, cleans_only_what_holds_foreign_characters) {
+TEST(NumberParse, CleansOnlyWhatHoldsForeignCharacters) {
   const std::tuple<const wchar_t*, const char*, int> rows[] = {
       {nullptr, "(null)", 0},   {L"", "(null)", 0},    {L"123", "(null)", 3},  {L" 1 2 ", "(null)", 5},
       {L"-1.5", "(null)", 4},   {L"1,234", "1234", 4}, {L"1, 234", "1234", 5}, {L"\u00A512-", "12-", 3},
@@ -32,7 +24,7 @@ TEST(NumberParse, cleans_only_what_holds_foreign_characters) {
   }
 }
 
-TEST(NumberParse, integers) {
+TEST(NumberParse, Integers) {
   using Row = std::tuple<const wchar_t*, int, unsigned int>;
   for (const auto& [text, as_signed, as_unsigned] :
        Rows(Row(nullptr, 0, 0), Row(L"", 0, 0), Row(L"12 3", 12, 12), Row(L"  12", 12, 12),
@@ -54,7 +46,7 @@ TEST(NumberParse, integers) {
   EXPECT_EQ(200, CQorNumUtil::ToUChar(L"200"));
 }
 
-TEST(NumberParse, doubles) {
+TEST(NumberParse, Doubles) {
   const double infinity = std::numeric_limits<double>::infinity();
   const std::tuple<const wchar_t*, double> rows[] = {
       {nullptr, 0}, {L"", 0},        {L"1,234.5", 1234.5}, {L"  -1.25", -1.25},

@@ -1,30 +1,24 @@
 #include <bit>
-#include <climits>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <gtest/gtest.h>
 #include <limits>
 #include <random>
-#include <string>
-#include <tuple>
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/numeric/num_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
-
-using qorgen::tests::Rows;
-using qorgen::tests::TakeUtf8;
 
 std::string Text(double value, int decimals, int mode = 0, int trim = 0) {
   return TakeUtf8(CQorNumUtil::ToString(value, decimals, nullptr, mode, trim));
 }
 
-TEST(NumberText, of_integers) {
+TEST(NumberText, OfIntegers) {
   int length = -1;
   EXPECT_EQ("255", TakeUtf8(CQorNumUtil::ToString(static_cast<unsigned char>(255), &length)));
   EXPECT_EQ(3, length);
@@ -36,7 +30,7 @@ TEST(NumberText, of_integers) {
   EXPECT_EQ("4294967295", TakeUtf8(CQorNumUtil::ToString(ULONG_MAX, nullptr))) << "32 bits on every host";
 }
 
-TEST(NumberText, of_doubles) {
+TEST(NumberText, OfDoubles) {
   // 2.5 in mode 0: ties go to the even digit where no rounding step runs
   // 100 with 0 decimals, trimmed: zeros of the integer part stay
   // -1234.5: the size of `decimals` counts
@@ -63,7 +57,7 @@ TEST(NumberText, of_doubles) {
   EXPECT_EQ(2, length);
 }
 
-TEST(NumberText, within_a_length) {
+TEST(NumberText, WithinALength) {
   const std::tuple<double, int, int, int, const char*, int> rows[] = {
       {12.345, 3, 0, 1, "12.345", 0},  {12.345, 3, 6, 1, "12.345", 0}, {12.345, 3, 5, 1, "12.34", 1},
       {12.304, 3, 5, 1, "12.3", 0},    {12.345, 3, 3, 0, "12", 0},     {123456, 0, 3, 1, "123", 1},
@@ -95,7 +89,7 @@ std::string Printed(double value, int decimals) {
   return result;
 }
 
-TEST(NumberText, is_what_the_runtime_prints) {
+TEST(NumberText, IsWhatTheRuntimePrints) {
   std::mt19937_64 random(20240531);
   for (int i = 0; i < 40000; ++i) {
     const int decimals = static_cast<int>(random() % 17);
@@ -126,7 +120,7 @@ TEST(NumberText, is_what_the_runtime_prints) {
   }
 }
 
-TEST(UnitSize, scales_to_the_largest_unit) {
+TEST(UnitSize, ScalesToTheLargestUnit) {
   // 0x40000001: the lowest sixteen bits don't count in gigabytes
   // 0xFFFF000000000000: nor does anything above bit 47
   using Row = std::tuple<unsigned long long, const char*>;

@@ -1,15 +1,13 @@
 #include <cmath>
 #include <cstdio>
-#include <gtest/gtest.h>
 #include <limits>
 #include <random>
-#include <tuple>
 
 #include "qorgen/numeric/num_util.h"
 
-#include "tests/support/rows.h"
+#include "tests/support/testing.h"
 
-using qorgen::tests::Rows;
+using namespace qorgen::tests;
 
 namespace {
 
@@ -20,7 +18,7 @@ double Rounded(double value, int place, int mode) {
   return value;
 }
 
-TEST(Round, follows_the_decimal_text) {
+TEST(Round, FollowsTheDecimalText) {
   // 1e-20: below the tolerance
   using Row = std::tuple<double, int, int, double>;
   for (const auto& [value, place, mode, expected] :
@@ -34,13 +32,13 @@ TEST(Round, follows_the_decimal_text) {
   }
 }
 
-TEST(Round, never_gives_a_negative_zero) {
+TEST(Round, NeverGivesANegativeZero) {
   EXPECT_FALSE(std::signbit(Rounded(-0.4, 0, 3)));
   EXPECT_FALSE(std::signbit(Rounded(-0.0, 0, 3)));
   EXPECT_FALSE(std::signbit(Rounded(-0.001, -2, 1)));
 }
 
-TEST(Round, survives_every_place_and_value) {
+TEST(Round, SurvivesEveryPlaceAndValue) {
   const double values[] = {0, 1, -1, 0.1, 1e308, -1e308, 5e-324, kInfinity, -kInfinity};
   const int places[] = {std::numeric_limits<int>::min(), -309, -308, -16, 0, 16, 308, 309,
                         std::numeric_limits<int>::max()};
@@ -54,7 +52,7 @@ TEST(Round, survives_every_place_and_value) {
 }
 
 // Half-up rounding of amounts with a known decimal text agrees with rounding that text by hand.
-TEST(Round, agrees_with_decimal_arithmetic_on_amounts) {
+TEST(Round, AgreesWithDecimalArithmeticOnAmounts) {
   std::mt19937 random(4711);
   for (int i = 0; i < 20000; ++i) {
     const int thousandths = static_cast<int>(random() % 2000000000) - 1000000000;
@@ -67,7 +65,7 @@ TEST(Round, agrees_with_decimal_arithmetic_on_amounts) {
   }
 }
 
-TEST(Ratio, keeps_null_apart_from_zero) {
+TEST(Ratio, KeepsNullApartFromZero) {
   EXPECT_NE(0, CQorNumUtil::Ratio(1, 0, 0, 3).IsNull());
   const CQorStateDouble zero = CQorNumUtil::Ratio(0, 5, 0, 3);
   EXPECT_EQ(0, zero.IsNull());
@@ -76,7 +74,7 @@ TEST(Ratio, keeps_null_apart_from_zero) {
   EXPECT_DOUBLE_EQ(-67, CQorNumUtil::Ratio(-2, 3, 0, 2).value);
 }
 
-TEST(ScaledInteger, rounds_and_clamps) {
+TEST(ScaledInteger, RoundsAndClamps) {
   using Row = std::tuple<double, long, int, int>;
   for (const auto& [value, place, mode, expected] :
        Rows(Row(123.456, -2, 3, 12346), Row(123.456, -2, 1, 12345), Row(-123.456, 0, 2, -124),

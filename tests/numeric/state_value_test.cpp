@@ -1,10 +1,12 @@
 #include "qorgen/numeric/state_value.h"
 
-#include <climits>
 #include <cmath>
-#include <gtest/gtest.h>
 #include <limits>
 #include <type_traits>
+
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 
@@ -16,7 +18,7 @@ class NullableValues : public testing::Test {};
 using Amounts = testing::Types<CQorStateLong, CQorStateDouble>;
 TYPED_TEST_SUITE(NullableValues, Amounts);
 
-TYPED_TEST(NullableValues, begin_null_and_equal_each_other) {
+TYPED_TEST(NullableValues, BeginNullAndEqualEachOther) {
   const TypeParam x, y;
   EXPECT_EQ(1, x.IsNull());
   EXPECT_EQ(0, x.value);
@@ -28,7 +30,7 @@ TYPED_TEST(NullableValues, begin_null_and_equal_each_other) {
   EXPECT_TRUE(used == x);
 }
 
-TYPED_TEST(NullableValues, assigning_zero_keeps_the_null_state) {
+TYPED_TEST(NullableValues, AssigningZeroKeepsTheNullState) {
   TypeParam x;
   x = 0;
   EXPECT_EQ(1, x.IsNull());
@@ -44,7 +46,7 @@ TYPED_TEST(NullableValues, assigning_zero_keeps_the_null_state) {
   EXPECT_TRUE(copy == x);
 }
 
-TYPED_TEST(NullableValues, sums_skip_null_columns) {
+TYPED_TEST(NullableValues, SumsSkipNullColumns) {
   const TypeParam null(9, 1), five(5, 0), two(2, 0);
   struct Row {
     TypeParam left, right, sum, difference;
@@ -64,7 +66,7 @@ TYPED_TEST(NullableValues, sums_skip_null_columns) {
   }
 }
 
-TYPED_TEST(NullableValues, adding_to_itself_changes_nothing) {
+TYPED_TEST(NullableValues, AddingToItselfChangesNothing) {
   TypeParam x(5, 0);
   const TypeParam& same = x;
   x += same;
@@ -73,7 +75,7 @@ TYPED_TEST(NullableValues, adding_to_itself_changes_nothing) {
   EXPECT_EQ(5, x.value);
 }
 
-TYPED_TEST(NullableValues, read_as_zero_while_null) {
+TYPED_TEST(NullableValues, ReadAsZeroWhileNull) {
   TypeParam x(-7, 0);
   EXPECT_EQ(-7, static_cast<decltype(x.value)>(x));
   x.SetNull(2);
@@ -92,7 +94,7 @@ TYPED_TEST(NullableValues, read_as_zero_while_null) {
   }
 }
 
-TEST(StateLong, wraps_at_32_bits) {
+TEST(StateLong, WrapsAt32Bits) {
   CQorStateLong x(INT_MAX, 0);
   x += CQorStateLong(1, 0);
   EXPECT_EQ(INT_MIN, x.value);
@@ -102,7 +104,7 @@ TEST(StateLong, wraps_at_32_bits) {
   EXPECT_EQ(0, x.value);
 }
 
-TEST(StateDouble, holding_a_nan_equals_itself_alone) {
+TEST(StateDouble, HoldingANanEqualsItselfAlone) {
   const CQorStateDouble x(std::nan(""), 0), y(std::nan(""), 0);
   const CQorStateDouble& same = x;
   EXPECT_TRUE(x == same);

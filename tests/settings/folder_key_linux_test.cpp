@@ -5,22 +5,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <iterator>
-#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
 
 #include "tests/settings/test_key.h"
-
-namespace {
+#include "tests/support/testing.h"
 
 using namespace qorgen::tests;
+
+namespace {
 
 // The known folders of all tests of the program, so that none of them touches the user's own. Set up before
 // the first question: the desktop library reads the variables once.
@@ -65,7 +63,7 @@ class RegFileFaultTest : public KeyTest {
   CString m_large_text = CString(L'x', 200'000);
 };
 
-TEST_F(RegFileFaultTest, no_space_left) {
+TEST_F(RegFileFaultTest, NoSpaceLeft) {
   for (const wchar_t* name : {L"n.dw", L"s.sz", L"b.dat"}) {
     ASSERT_EQ(0, symlink("/dev/full", Host(name).c_str()));
   }
@@ -81,7 +79,7 @@ TEST_F(RegFileFaultTest, no_space_left) {
   EXPECT_EQ(1, m_key.SetLong(L"n", 1));
 }
 
-TEST_F(RegFileFaultTest, limit_of_a_file_s_size) {
+TEST_F(RegFileFaultTest, LimitOfAFileSSize) {
   // The default is given back although it can't be stored.
   EXPECT_TRUE(EndedWell(Start({0, 0, 200'000, 1}, [this]() -> std::vector<int> {
     std::signal(SIGXFSZ, SIG_IGN);
@@ -97,7 +95,7 @@ TEST_F(RegFileFaultTest, limit_of_a_file_s_size) {
   EXPECT_LT(CString(m_key.GetString(L"s", nullptr)).GetLength(), 50'000);
 }
 
-TEST_F(RegFileFaultTest, without_rights) {
+TEST_F(RegFileFaultTest, WithoutRights) {
   m_key.SetString(L"s", L"円");
   for (const wchar_t* name : {L"n.dw", L"b.dat", L"secret.dw"}) Put(name, Wide("7"));
   PutFolder(L"sub");
@@ -133,7 +131,7 @@ TEST_F(RegFileFaultTest, without_rights) {
   EXPECT_FALSE(Exists(In(L"new.dw")));
 }
 
-TEST_F(RegFileFaultTest, more_bytes_than_a_size_can_tell) {
+TEST_F(RegFileFaultTest, MoreBytesThanASizeCanTell) {
   Put(L"b.dat", "1234");
   ASSERT_EQ(0, truncate(Host(L"b.dat").c_str(), 1LL << 31));
   int size = 9;
@@ -144,7 +142,7 @@ TEST_F(RegFileFaultTest, more_bytes_than_a_size_can_tell) {
   EXPECT_STREQ("1234", bytes);
 }
 
-TEST_F(RegFileFaultTest, processes_write_one_tree) {
+TEST_F(RegFileFaultTest, ProcessesWriteOneTree) {
   std::vector<pid_t> writers;
   for (const int value : {11111, 22222, 33333}) {
     writers.push_back(Start({0}, [this, value]() -> std::vector<int> {

@@ -2,11 +2,7 @@
 
 #include <atomic>
 #include <cstring>
-#include <gtest/gtest.h>
-#include <string>
 #include <thread>
-#include <tuple>
-#include <utility>
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/afx/memory.h"
@@ -14,12 +10,12 @@
 #include "qorgen/platform/filesystem.h"
 
 #include "tests/settings/test_key.h"
-#include "tests/support/throws.h"
-#include "tests/support/wine.h"
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 namespace {
 
-using namespace qorgen::tests;
 using namespace std::string_literals;
 using Text = const wchar_t*;
 
@@ -48,7 +44,7 @@ class RegFileKeyTest : public KeyTest {
   }
 };
 
-TEST_F(RegFileKeyTest, roots_lie_in_the_common_documents_folder) {
+TEST_F(RegFileKeyTest, RootsLieInTheCommonDocumentsFolder) {
   const CString documents = CQorFileUtil::GetCommonDocumentPath();
   ASSERT_FALSE(documents.IsEmpty());
   const bool there = Exists(documents + L"\\KeyVault");
@@ -58,7 +54,7 @@ TEST_F(RegFileKeyTest, roots_lie_in_the_common_documents_folder) {
   EXPECT_EQ(there, Exists(documents + L"\\KeyVault"));
 }
 
-TEST_F(RegFileKeyTest, bytes_on_disk) {
+TEST_F(RegFileKeyTest, BytesOnDisk) {
   const std::pair<int, std::string> numbers[] = {
       {-1, "\xFF\xFE\x2D\0\x31\0"s}, {0, Wide("0")}, {-2147483647 - 1, Wide("-2147483648")}};
   for (const auto& [value, bytes] : numbers) {
@@ -81,7 +77,7 @@ TEST_F(RegFileKeyTest, bytes_on_disk) {
   EXPECT_EQ("\xFF\xFE\r\n\n\0\x1A"s, Get(L"b.dat"));
 }
 
-TEST_F(RegFileKeyTest, names_lose_folder_and_last_extension) {
+TEST_F(RegFileKeyTest, NamesLoseFolderAndLastExtension) {
   const std::pair<Text, Text> rows[] = {{nullptr, L"_ROOT.dw"}, {L"a.b", L"a.dw"},  {L"a.b.c", L"a.b.dw"},
                                         {L"x\\y", L"y.dw"},     {L"x/z.", L"z.dw"}, {L"C:\\w", L"w.dw"},
                                         {L"部数", L"部数.dw"},  {L"", L".dw"},      {L"d.dw", L"d.dw"},
@@ -100,7 +96,7 @@ TEST_F(RegFileKeyTest, names_lose_folder_and_last_extension) {
   }
 }
 
-TEST_F(RegFileKeyTest, defaults_are_stored_but_not_by_the_form_with_a_buffer) {
+TEST_F(RegFileKeyTest, DefaultsAreStoredButNotByTheFormWithABuffer) {
   EXPECT_EQ(12, m_key.GetLong(L"部数", 12));
   EXPECT_EQ(12, m_key.GetLong(L"部数", 13));
   wchar_t buffer[] = L"####";
@@ -127,7 +123,7 @@ TEST_F(RegFileKeyTest, defaults_are_stored_but_not_by_the_form_with_a_buffer) {
   }
 }
 
-TEST_F(RegFileKeyTest, damaged_files_are_read_as_far_as_they_go) {
+TEST_F(RegFileKeyTest, DamagedFilesAreReadAsFarAsTheyGo) {
   const std::string many(100'000, '7');
   const std::tuple<std::string, long, std::string> rows[] = {
       {"", 0, ""},
@@ -158,7 +154,7 @@ TEST_F(RegFileKeyTest, damaged_files_are_read_as_far_as_they_go) {
   EXPECT_TRUE(HoldsExceptOnWine(*m_key.GetString(L"v", L"default") == 0));
 }
 
-TEST_F(RegFileKeyTest, folders_named_as_values_and_files_as_keys) {
+TEST_F(RegFileKeyTest, FoldersNamedAsValuesAndFilesAsKeys) {
   for (Text name : {L"a.dw", L"a.sz", L"a.dat"}) PutFolder(name);
   wchar_t buffer[] = L"##";
   int size = 9;
@@ -176,7 +172,7 @@ TEST_F(RegFileKeyTest, folders_named_as_values_and_files_as_keys) {
   EXPECT_EQ(3, below.GetLong(L"n", 3));
 }
 
-TEST_F(RegFileKeyTest, binary_values) {
+TEST_F(RegFileKeyTest, BinaryValues) {
   int size = 9;
   char buffer[] = "####";
   EXPECT_EQ(0, m_key.GetBinary(L"b", buffer, 4));
@@ -202,7 +198,7 @@ TEST_F(RegFileKeyTest, binary_values) {
   EXPECT_EQ(0, size);
 }
 
-TEST_F(RegFileKeyTest, types_and_deleting) {
+TEST_F(RegFileKeyTest, TypesAndDeleting) {
   const std::pair<Text, unsigned long> rows[] = {{L"n.dw", 4},  {L"N2.DW", 4}, {L"s.sz", 1},
                                                  {L"b.dat", 3}, {L"o.txt", 0}, {L"bare", 0}};
   for (const auto& [file, type] : rows) {
@@ -221,7 +217,7 @@ TEST_F(RegFileKeyTest, types_and_deleting) {
   EXPECT_EQ(0, m_key.DeleteValue(L"sub"));
 }
 
-TEST_F(RegFileKeyTest, values_of_any_type) {
+TEST_F(RegFileKeyTest, ValuesOfAnyType) {
   const std::string number = "\xFB\xFF\xFF\xFF";
   const std::string text = "\x86\x51y\0\0\0"s;
   // Text at an odd address, too.
@@ -249,7 +245,7 @@ TEST_F(RegFileKeyTest, values_of_any_type) {
   }
 }
 
-TEST_F(RegFileKeyTest, names_and_sub_keys) {
+TEST_F(RegFileKeyTest, NamesAndSubKeys) {
   int count = 9;
   EXPECT_EQ(nullptr, m_key.GetValueNames(&count));
   EXPECT_EQ(nullptr, m_key.GetSubKeyNames(&count));
@@ -280,7 +276,7 @@ TEST_F(RegFileKeyTest, names_and_sub_keys) {
   EXPECT_FALSE(Exists(In(L"sub.dw")));
 }
 
-TEST_F(RegFileKeyTest, values_are_copied_by_the_number_of_sub_keys) {
+TEST_F(RegFileKeyTest, ValuesAreCopiedByTheNumberOfSubKeys) {
   Put(L"src\\a.dw", Wide(" 7 "));
   Put(L"src\\b.sz", Wide("1\r\n2"));
   Put(L"src\\c.dat", "\0\r\n"s);
@@ -302,7 +298,7 @@ TEST_F(RegFileKeyTest, values_are_copied_by_the_number_of_sub_keys) {
   EXPECT_EQ(0, TestKey(In(L"bad")).CopyValues(source));
 }
 
-TEST_F(RegFileKeyTest, sub_keys_are_copied_by_the_number_of_the_destinations) {
+TEST_F(RegFileKeyTest, SubKeysAreCopiedByTheNumberOfTheDestinations) {
   for (Text name : {L"src\\a\\a1", L"src\\b", L"src\\c", L"dst\\x"}) PutFolder(name);
   Put(L"src\\a\\v.dw", Wide("1"));
   TestKey source(In(L"src"));
@@ -327,7 +323,7 @@ TEST_F(RegFileKeyTest, sub_keys_are_copied_by_the_number_of_the_destinations) {
   EXPECT_TRUE(Exists(In(L"dst\\new")));
 }
 
-TEST_F(RegFileKeyTest, whole_keys_are_copied) {
+TEST_F(RegFileKeyTest, WholeKeysAreCopied) {
   Put(L"src\\v.dw", Wide("1"));
   PutFolder(L"src\\a\\a1");
   TestKey source(In(L"src"));
@@ -352,7 +348,7 @@ TEST_F(RegFileKeyTest, whole_keys_are_copied) {
   EXPECT_TRUE(Exists(In(L"src\\z\\z\\a\\a1")));
 }
 
-TEST_F(RegFileKeyTest, copies_share_and_may_all_be_destroyed) {
+TEST_F(RegFileKeyTest, CopiesShareAndMayAllBeDestroyed) {
   m_key.SetString(L"t", L"円");
   m_key.SetBinary(L"b", Data("1234"), 4);
   auto source = std::make_unique<TestKey>(m_key.GetKeyName());
@@ -377,7 +373,7 @@ TEST_F(RegFileKeyTest, copies_share_and_may_all_be_destroyed) {
   EXPECT_EQ("x", Get(L"open"));
 }
 
-TEST_F(RegFileKeyTest, operations_for_derived_classes) {
+TEST_F(RegFileKeyTest, OperationsForDerivedClasses) {
   const CString path = In(L"deep\\any.name");
   EXPECT_THROWS_POINTER(m_key.OpenFile(path, CQorFileUtil::_modeRb, 0), CFileException);
   EXPECT_FALSE(Exists(In(L"")));
@@ -403,7 +399,7 @@ TEST_F(RegFileKeyTest, operations_for_derived_classes) {
   EXPECT_TEXT(L"", m_key.GetKeyName());
 }
 
-TEST_F(RegFileKeyTest, two_keys_write_one_tree) {
+TEST_F(RegFileKeyTest, TwoKeysWriteOneTree) {
   const auto write = [this](long value, Text text) {
     TestKey key(m_key.GetKeyName());
     for (int i = 0; i < 100; ++i) {
@@ -422,7 +418,7 @@ TEST_F(RegFileKeyTest, two_keys_write_one_tree) {
   EXPECT_TEXT(L"c", m_key.GetString(L"t", nullptr));
 }
 
-TEST_F(RegFileKeyTest, two_keys_make_the_same_folders) {
+TEST_F(RegFileKeyTest, TwoKeysMakeTheSameFolders) {
   std::atomic<int> arrived = 0;
   const auto meet = [&arrived](int meeting) {
     for (++arrived; arrived < 2 * meeting;) std::this_thread::yield();

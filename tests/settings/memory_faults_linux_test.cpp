@@ -1,16 +1,16 @@
 // Every allocation of an operation fails once: nothing hangs, stays open or goes to the wrong place.
 
 #include <functional>
-#include <gtest/gtest.h>
 
 #include "tests/settings/test_key.h"
 #include "tests/support/failing_memory.h"
-
-namespace {
+#include "tests/support/testing.h"
 
 using namespace qorgen::tests;
 
-TEST_F(KeyTest, allocations_that_fail) {
+namespace {
+
+TEST_F(KeyTest, AllocationsThatFail) {
   const std::function<void()> steps[] = {
       [&] { m_key.SetLong(L"n", 5); },
       [&] { m_key.GetLong(L"n", 5); },

@@ -1,18 +1,14 @@
-#include <gtest/gtest.h>
-#include <tuple>
-#include <vector>
 
 #include "qorgen/afx/array.h"
 #include "qorgen/text/find_text.h"
 #include "qorgen/text/string_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 #include "tests/text/stepwise.h"
 
-namespace {
-
 using namespace qorgen::tests;
+
+namespace {
 
 // What a mode means, on whole strings; STARTSWITH and ENDSWITH by the place of the first occurrence.
 int Expected(const Text16& text, const Text16& pattern, int mode) {
@@ -35,7 +31,7 @@ int Expected(const Text16& text, const Text16& pattern, int mode) {
 
 constexpr unsigned char kModes[] = {0, 1, 2, 3, 4, 5, 6, 255};
 
-TEST(StrCompare, modes_with_and_without_folding) {
+TEST(StrCompare, ModesWithAndWithoutFolding) {
   std::mt19937 random(34);
   const auto fold = [](const Text16& text) { return stepwise::Wide(stepwise::Upper(text)); };
   for (int i = 0; i < 20000; ++i) {
@@ -58,7 +54,7 @@ TEST(StrCompare, modes_with_and_without_folding) {
   EXPECT_EQ(0, CQorStringUtil::StrCompare(L"か", L"カ", STRCOMPARE_EQUAL, 1)) << "hiragana stays";
 }
 
-TEST(StrCompare, of_null) {
+TEST(StrCompare, OfNull) {
   for (unsigned char mode : kModes) {
     EXPECT_EQ(0, CQorStringUtil::StrCompare(nullptr, L"a", mode));
     EXPECT_EQ(0, CQorStringUtil::StrCompare(L"a", nullptr, mode));
@@ -69,7 +65,7 @@ TEST(StrCompare, of_null) {
   }
 }
 
-TEST(StrCompareForSearch, last_character_may_wait_for_its_mark) {
+TEST(StrCompareForSearch, LastCharacterMayWaitForItsMark) {
   // ガラス: only the last one waits, and never the text. NOTEQUAL: a variant turns the negative modes.
   using Row = std::tuple<const wchar_t*, const wchar_t*, unsigned char, int>;
   for (const auto& [text, pattern, mode, expected] :
@@ -85,7 +81,7 @@ TEST(StrCompareForSearch, last_character_may_wait_for_its_mark) {
   }
 }
 
-TEST(CompareStringW, orders_by_unsigned_units) {
+TEST(CompareStringW, OrdersByUnsignedUnits) {
   const wchar_t* const ordered[] = {L"", L"a", L"aB", L"ab", L"\x4E00", L"\xD83D\xDE00", L"\xFF71"};
   for (int a = 0; a < 7; ++a) {
     for (int b = 0; b < 7; ++b) {
@@ -94,7 +90,7 @@ TEST(CompareStringW, orders_by_unsigned_units) {
   }
 }
 
-TEST(IsMatch, wants_every_pattern) {
+TEST(IsMatch, WantsEveryPattern) {
   // Blank texts match nothing, an empty pattern fails the match, and the text is searched untrimmed.
   using Row = std::tuple<const wchar_t*, std::vector<const wchar_t*>, int, int>;
   for (const auto& [text, list, fold, expected] :
@@ -109,7 +105,7 @@ TEST(IsMatch, wants_every_pattern) {
 }
 
 // Periodic and almost periodic texts, where naive methods and wrong shifts show.
-TEST(Contains, agrees_with_the_plain_search) {
+TEST(Contains, AgreesWithThePlainSearch) {
   std::mt19937 random(36);
   for (int i = 0; i < 20000; ++i) {
     Text16 pattern, text;
@@ -128,7 +124,7 @@ TEST(Contains, agrees_with_the_plain_search) {
   }
 }
 
-TEST(Contains, long_repetitive_texts) {
+TEST(Contains, LongRepetitiveTexts) {
   const Text16 text(200000, u'a');
   Text16 pattern(50000, u'a');
   EXPECT_EQ(1, CQorStringUtil::StrCompare(WideCopy(text), WideCopy(pattern), STRCOMPARE_CONTAINS));

@@ -1,23 +1,20 @@
 // Widths, folding, keys and vertical numerals, each in its forms, held against the rules one step at a time.
 
 #include <algorithm>
-#include <gtest/gtest.h>
-#include <tuple>
-#include <vector>
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/text/string_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 #include "tests/text/stepwise.h"
+
+using namespace qorgen::tests;
 
 namespace {
 
-using namespace qorgen::tests;
 using Text = CQorStringUtil;
 
-TEST(CharType, of_every_unit_and_beyond) {
+TEST(CharType, OfEveryUnitAndBeyond) {
   struct Range {
     unsigned int type, first, last;
   };
@@ -37,7 +34,7 @@ TEST(CharType, of_every_unit_and_beyond) {
   EXPECT_EQ(0u, Text::GetCharType(0xFFFFFFFF));
 }
 
-TEST(Width, of_single_characters) {
+TEST(Width, OfSingleCharacters) {
   for (unsigned int c = 0; c <= 0xFFFF; ++c) {
     ASSERT_EQ(stepwise::WideChar(static_cast<char16_t>(c)), Text::ToWideChar(c)) << std::hex << c;
     ASSERT_EQ(stepwise::HalfChar(static_cast<char16_t>(c)), Text::ToHalfChar(c)) << std::hex << c;
@@ -101,7 +98,7 @@ void ExpectAllForms(const Conversion& conversion, const Text16& text) {
   ASSERT_EQ(expected.size(), static_cast<std::size_t>(string.GetLength()));
 }
 
-TEST(Conversions, of_every_unit_alone_and_marked) {
+TEST(Conversions, OfEveryUnitAloneAndMarked) {
   static wchar_t got[kRoom];
   for (const Conversion& conversion : kConversions) {
     for (unsigned int c = 1; c <= 0xFFFF; ++c) {
@@ -116,7 +113,7 @@ TEST(Conversions, of_every_unit_alone_and_marked) {
   }
 }
 
-TEST(Conversions, of_texts_match_the_steps_in_every_form) {
+TEST(Conversions, OfTextsMatchTheStepsInEveryForm) {
   std::mt19937 random(32);
   for (int i = 0; i < 2000; ++i) {
     const Text16 text = RandomText(random, i % 40 == 0 ? 900 : 24);
@@ -131,7 +128,7 @@ wchar_t* Upper(const wchar_t* text) {
   return Text::ToUpperCase(text, 0);
 }
 
-TEST(Conversions, examples) {
+TEST(Conversions, Examples) {
   using Row = std::tuple<wchar_t* (*)(const wchar_t*), const wchar_t*, const char*>;
   for (const auto& [convert, source, expected] :
        Rows(Row(Text::ToHalfString, L"ガぱヴゔ ゎヮヵゕ", "ｶﾞﾊﾟｳﾞｳ ゎヮｶゕ"),
@@ -151,7 +148,7 @@ TEST(Conversions, examples) {
   }
 }
 
-TEST(Conversions, of_null_and_overlapping_texts) {
+TEST(Conversions, OfNullAndOverlappingTexts) {
   const Text16 text = u"かﾞっｶﾟａ-ガ";
   const WideCopy source(text);
   for (const Conversion& conversion : kConversions) {
@@ -181,7 +178,7 @@ TEST(Conversions, of_null_and_overlapping_texts) {
   }
 }
 
-TEST(Keys, are_cut_at_the_capacity) {
+TEST(Keys, AreCutAtTheCapacity) {
   const std::tuple<int, int, const wchar_t*> rows[] = {
       {0, 0, L"########"}, {-5, 0, L"########"}, {1, 1, L""},       {2, 2, L"ガ"},
       {3, 3, L"ガッ"},     {4, 3, L"ガッツ"},    {5, 3, L"ガッツ"}, {8, 3, L"ガッツ"},

@@ -1,24 +1,16 @@
 // Texts in web addresses, versions, scalars, and what the system says.
 
-#include <climits>
-#include <gtest/gtest.h>
-#include <string>
-#include <tuple>
-#include <vector>
-
 #include "qorgen/afx/date_time.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/text/string_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
-#include "tests/support/wine.h"
-
-namespace {
+#include "tests/support/testing.h"
 
 using namespace qorgen::tests;
 
-TEST(WebText, encodes) {
+namespace {
+
+TEST(WebText, Encodes) {
   using Row = std::tuple<const wchar_t*, const char*>;
   for (const auto& [text, encoded] :
        Rows(Row(L"", ""), Row(nullptr, ""), Row(L"a Z0$-_.!*'(),", "a+Z0$-_.!*'(),"),
@@ -31,7 +23,7 @@ TEST(WebText, encodes) {
   EXPECT_EQ(expected, Utf8(CQorStringUtil::EncodeUTF16ToUTF8(CString(L'漢', 250))));
 }
 
-TEST(WebText, decodes) {
+TEST(WebText, Decodes) {
   using Row = std::tuple<const char*, const wchar_t*>;
   for (const auto& [text, decoded] :
        Rows(Row("", L""), Row(nullptr, L""), Row("a+b", L"a+b"), Row("%E3%81%82%e3%81%84", L"あい"),
@@ -43,7 +35,7 @@ TEST(WebText, decodes) {
   }
 }
 
-TEST(WebText, refuses_what_its_buffer_cannot_hold) {
+TEST(WebText, RefusesWhatItsBufferCannotHold) {
   std::string escaped;
   for (int i = 0; i < 1011; ++i) escaped += "%41";
   for (const auto& [text, fits] : {std::tuple(std::string(1011, 'a'), 1),
@@ -58,7 +50,7 @@ TEST(WebText, refuses_what_its_buffer_cannot_hold) {
   }
 }
 
-TEST(Versions, to_text_and_back) {
+TEST(Versions, ToTextAndBack) {
   EXPECT_TEXT(L"1.2.3.4", CQorStringUtil::NumberToVersionString(0x01020304));
   EXPECT_TEXT(L"255.255.255.255", CQorStringUtil::NumberToVersionString(ULONG_MAX));
   EXPECT_TEXT(L"1.2.3.4", CQorStringUtil::NumberToVersionString(0x00010002, 0x00030004));
@@ -78,14 +70,14 @@ TEST(Versions, to_text_and_back) {
   }
 }
 
-TEST(Scalars, to_text) {
+TEST(Scalars, ToText) {
   EXPECT_TEXT(L"true", CQorStringUtil::FromBool(-1));
   EXPECT_TEXT(L"false", CQorStringUtil::FromBool(0));
   EXPECT_TEXT(L"-2147483648", CQorStringUtil::FromInt(INT_MIN));
   EXPECT_TEXT(L"4294967295", CQorStringUtil::FromUint(UINT_MAX));
 }
 
-TEST(Scalars, from_text) {
+TEST(Scalars, FromText) {
   using Row = std::tuple<const wchar_t*, int>;
   for (const auto& [text, expected] :
        Rows(Row(L"TRUE", 1), Row(L"true", 1), Row(L"False", 0), Row(L"12", 12), Row(L"-12", -12),
@@ -99,7 +91,7 @@ TEST(Scalars, from_text) {
   }
 }
 
-TEST(Dates, to_text) {
+TEST(Dates, ToText) {
   const COleDateTime date(2024, 5, 31, 13, 45, 6);
   EXPECT_TEXT(L"2024/05/31", CQorStringUtil::FromDate(date));
   EXPECT_TEXT(L"2024/05/31 13:45:06", CQorStringUtil::FromDateTime(date));
@@ -113,7 +105,7 @@ TEST(Dates, to_text) {
   EXPECT_NE("2024/05/31", Utf8(CQorStringUtil::FromDate(invalid)));
 }
 
-TEST(Dates, from_text) {
+TEST(Dates, FromText) {
   for (const wchar_t* nothing : {static_cast<const wchar_t*>(nullptr), L""}) {
     const COleDateTime date = CQorStringUtil::ToDateTime(nothing);
     EXPECT_EQ(COleDateTime::valid, date.GetStatus());
@@ -127,7 +119,7 @@ TEST(Dates, from_text) {
   EXPECT_EQ(0.0, wrong.m_dt);
 }
 
-TEST(ErrorText, of_a_number_and_of_the_last_error) {
+TEST(ErrorText, OfANumberAndOfTheLastError) {
   const CString text = CQorStringUtil::GetLastErrorText(ERROR_FILE_NOT_FOUND);
   EXPECT_GT(text.GetLength(), 2);
   EXPECT_TEXT(L"\r\n", text.Right(2));

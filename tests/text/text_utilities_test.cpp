@@ -1,21 +1,15 @@
 // Lines, white space, canonical numbers, buffers and characters.
 
-#include <climits>
-#include <gtest/gtest.h>
-#include <string>
-#include <tuple>
-
 #include "qorgen/afx/array.h"
 #include "qorgen/text/string_util.h"
 
-#include "tests/support/rows.h"
-#include "tests/support/text.h"
-
-namespace {
+#include "tests/support/testing.h"
 
 using namespace qorgen::tests;
 
-TEST(LineMarks, encode_and_decode) {
+namespace {
+
+TEST(LineMarks, EncodeAndDecode) {
   // "a&nb\\nc": a mark of the text itself counts. "&\nn": what removing a break joins is a mark.
   using Row = std::tuple<const wchar_t*, int, int, const wchar_t*, const wchar_t*>;
   for (const auto& [text, last_line, ampersand, encoded, decoded] :
@@ -37,7 +31,7 @@ TEST(LineMarks, encode_and_decode) {
   }
 }
 
-TEST(WhiteSpace, splits_as_a_token_iterator) {
+TEST(WhiteSpace, SplitsAsATokenIterator) {
   // The parts are joined with "|", "-" stands for none. The element is the array's own.
   using Row = std::tuple<const wchar_t*, const char*>;
   for (const auto& [text, expected] :
@@ -59,7 +53,7 @@ TEST(WhiteSpace, splits_as_a_token_iterator) {
   EXPECT_EQ(1, CQorStringUtil::IsSpace(nullptr));
 }
 
-TEST(Lines, breaks_to_spaces) {
+TEST(Lines, BreaksToSpaces) {
   CString text(L"a\r\nb\rc\nd\r\r\n");
   CQorStringUtil::ReturnToSpace(text, text);
   EXPECT_TEXT(L"a b\rc\nd\r ", text);
@@ -67,7 +61,7 @@ TEST(Lines, breaks_to_spaces) {
   EXPECT_TEXT(L"", text);
 }
 
-TEST(Lines, appended_with_a_separator) {
+TEST(Lines, AppendedWithASeparator) {
   using Row = std::tuple<const wchar_t*, const wchar_t*, int, const wchar_t*>;
   for (const auto& [before, line, always, after] :
        Rows(Row(L"", L"x", 0, L"x"), Row(L"", L"x", 1, L" \nx"), Row(L"a", L"x", 0, L"a \nx"),
@@ -83,7 +77,7 @@ TEST(Lines, appended_with_a_separator) {
   EXPECT_TEXT(L"ab \nab", text);
 }
 
-TEST(IsNumber, wants_the_canonical_form) {
+TEST(IsNumber, WantsTheCanonicalForm) {
   for (const wchar_t* text : {L" 12 ", L"-5", L"0", L"2147483647", L"-2147483648", L"　7"}) {
     EXPECT_EQ(1, CQorStringUtil::IsNumber(text)) << Utf8(text);
   }
@@ -100,7 +94,7 @@ std::string Seen(const wchar_t (&buffer)[10]) {
   return seen;
 }
 
-TEST(Buffers, copies_are_cut_and_filled) {
+TEST(Buffers, CopiesAreCutAndFilled) {
   using Row = std::tuple<const wchar_t*, unsigned int, const char*>;
   for (const auto& [source, capacity, expected] : Rows(
            Row(L"abcdefgh", 4, "abc.######"), Row(L"x", 6, "x.....####"), Row(L"y", 0, "##########"),
@@ -114,7 +108,7 @@ TEST(Buffers, copies_are_cut_and_filled) {
   EXPECT_EQ("aabcd.....", Seen(buffer));
 }
 
-TEST(Buffers, number_inside_a_width) {
+TEST(Buffers, NumberInsideAWidth) {
   using Row = std::tuple<const wchar_t*, long, long, int, const char*>;
   for (const auto& [text, value, width, result, expected] :
        Rows(Row(L"ABCDEFGH#", 12, 8, 1, "ABCDEF12.."), Row(L"ABCDEFGH", 123456789, 8, 0, "ABCDEFGH.."),
@@ -129,7 +123,7 @@ TEST(Buffers, number_inside_a_width) {
   }
 }
 
-TEST(Buffers, prefix_removed) {
+TEST(Buffers, PrefixRemoved) {
   using Row = std::tuple<const wchar_t*, const wchar_t*, const wchar_t*>;
   for (const auto& [text, prefix, expected] : Rows(
            Row(L"abcdefg", L"ab", L"cdef"), Row(L"abcdefg", L"b", L"abcd"), Row(L"ab", L"ab", L""),
@@ -140,7 +134,7 @@ TEST(Buffers, prefix_removed) {
   }
 }
 
-TEST(Characters, deleted_found_and_taken) {
+TEST(Characters, DeletedFoundAndTaken) {
   CString text(L"abcdef");
   for (const auto& [index, count, left] : {std::tuple(1L, 2L, L"adef"),
                                            {9L, 2L, L"adef"},

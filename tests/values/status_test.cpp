@@ -1,6 +1,8 @@
 #include "qorgen/values/status.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 TEST(Status, EachFlagIsSetTestedAndClearedAlone) {
   const struct {
@@ -30,19 +32,17 @@ TEST(Status, EachFlagIsSetTestedAndClearedAlone) {
 }
 
 TEST(Status, Pairs) {
-  const struct {
-    int left, right;
-    unsigned int parentheses, comments;
-  } rows[] = {{0, 0, 0, 0}, {1, 0, 0x100, 0x10000}, {0, 2, 0x200, 0x20000}, {1, 1, 0x300, 0x30000}};
-  for (const auto& row : rows) {
+  const std::tuple<int, int, unsigned int, unsigned int> rows[] = {
+      {0, 0, 0, 0}, {1, 0, 0x100, 0x10000}, {0, 2, 0x200, 0x20000}, {1, 1, 0x300, 0x30000}};
+  for (const auto& [left, right, parentheses, comments] : rows) {
     CQorStatus status(0x30300u);
-    status.SetParenthesis(row.left, row.right);
-    status.SetComment(row.left, row.right);
-    EXPECT_EQ(row.parentheses | row.comments, static_cast<unsigned int>(status));
-    EXPECT_EQ(row.left != 0, status.IsParenthesisL() != 0);
-    EXPECT_EQ(row.left != 0, status.IsParenthesisR() != 0);  // the same test on purpose
-    EXPECT_EQ(row.left != 0, status.IsCommentL() != 0);
-    EXPECT_EQ(row.right != 0, status.IsCommentR() != 0);
+    status.SetParenthesis(left, right);
+    status.SetComment(left, right);
+    EXPECT_EQ(parentheses | comments, static_cast<unsigned int>(status));
+    EXPECT_EQ(left != 0, status.IsParenthesisL() != 0);
+    EXPECT_EQ(left != 0, status.IsParenthesisR() != 0);  // the same test on purpose
+    EXPECT_EQ(left != 0, status.IsCommentL() != 0);
+    EXPECT_EQ(right != 0, status.IsCommentR() != 0);
   }
 }
 

@@ -1,7 +1,8 @@
 #include "qorgen/values/update_list.h"
 
-#include <climits>
-#include <gtest/gtest.h>
+#include "tests/support/testing.h"
+
+using namespace qorgen::tests;
 
 TEST(UpdateItem, KindsAndNumbers) {
   CQorUpdateItem item;

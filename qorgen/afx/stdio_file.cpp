@@ -6,7 +6,7 @@
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
-#include "qorgen/platform/held_stream.h"
+#include "qorgen/platform/text_stream.h"
 
 IMPLEMENT_DYNAMIC(CStdioFile, CFile)
 
@@ -59,6 +59,12 @@ CStdioFile::~CStdioFile() {
 
 void CStdioFile::ThrowErrno() const {
   ThrowErrnoFor(errno, m_strFileName);
+}
+
+void CStdioFile::ThrowReadError() const {
+  const int error = errno;
+  clearerr(m_pStream);
+  ThrowErrnoFor(error != 0 ? error : EIO, m_strFileName);
 }
 
 // The stream to work on.
@@ -171,18 +177,14 @@ unsigned long long CStdioFile::GetLength() const {
 unsigned int CStdioFile::Read(void* lpBuf, unsigned int nCount) {
   FILE* stream = OpenStream();
   if (nCount == 0) return 0;
-  const std::size_t read = GetBytes(lpBuf, nCount, stream);
-  if (read == 0 && ferror(stream)) {
-    const int error = errno;
-    clearerr(stream);
-    ThrowErrnoFor(error, m_strFileName);
-  }
+  const std::ptrdiff_t read = GetBytes(lpBuf, nCount, stream);
+  if (read < 0) ThrowReadError();
   return static_cast<unsigned int>(read);
 }
 
 void CStdioFile::Write(const void* lpBuf, unsigned int nCount) {
   FILE* stream = SettledStream();
-  if (nCount != 0 && fwrite(lpBuf, 1, nCount, stream) != nCount) ThrowErrno();
+  if (!PutBytes(lpBuf, nCount, stream)) ThrowErrno();
 }
 
 void CStdioFile::WriteString(const wchar_t* lpsz) {
@@ -193,40 +195,31 @@ void CStdioFile::WriteString(const wchar_t* lpsz) {
 wchar_t* CStdioFile::ReadString(wchar_t* lpsz, unsigned int nMax) {
   FILE* stream = OpenStream();
   if (lpsz == nullptr || nMax == 0) return nullptr;
-  wchar_t* line = GetLine(lpsz, static_cast<int>(std::min<unsigned int>(nMax, INT_MAX)), stream);
-  if (line == nullptr && ferror(stream)) {
-    const int error = errno;
-    clearerr(stream);
-    ThrowErrnoFor(error, m_strFileName);
-  }
-  return line;
+  const std::ptrdiff_t length = GetText(lpsz, nMax - 1, stream);
+  if (length < 0) ThrowReadError();
+  if (length == 0 && nMax > 1) return nullptr;
+  lpsz[length] = 0;
+  return lpsz;
 }
 
 int CStdioFile::ReadString(CString& rString) {
-  OpenStream();
-  int length = 0;  // of what has been read
-  int piece = 128;
+  FILE* stream = OpenStream();
   rString.Truncate(0);
-  for (;;) {
-    wchar_t* text = rString.GetBuffer(length + piece) + length;
-    // The runtime says only where the text begins. Behind its end the filling stays, so that zero characters
-    // of the file are told from the terminator.
-    std::fill_n(text, piece + 1, L'\x1');
-    if (CStdioFile::ReadString(text, static_cast<unsigned int>(piece) + 1) == nullptr) break;
-    int count = piece;
-    while (text[count] != 0) --count;
-    length += count;
-    if (count > 0 && text[count - 1] == L'\n') {
-      rString.ReleaseBufferSetLength(length - 1);
-      return 1;
-    }
-    rString.ReleaseBufferSetLength(length);
-    // The pieces double, so that a long line is moved a few times only.
-    piece = std::min(std::max(piece, length), INT_MAX - 1 - length);
-    if (piece <= 0) AfxThrowMemoryException();
+  StreamLine line;
+  switch (line.Read(stream)) {
+    case LineResult::kEnd:
+      return 0;
+    case LineResult::kFailed:
+      ThrowReadError();
+    case LineResult::kNoMemory:
+      AfxThrowMemoryException();
+    case LineResult::kLine:
+      break;
   }
-  rString.ReleaseBufferSetLength(length);
-  return length != 0;
+  const int room = static_cast<int>(line.Bytes().length + kLinePadding);
+  const std::size_t length = line.Decode(rString.GetBuffer(room), false);
+  rString.ReleaseBufferSetLength(static_cast<int>(length));
+  return 1;
 }
 
 void CStdioFile::Abort() {

@@ -39,8 +39,7 @@ class QORGEN_API CStdioFile : public CFile {
   void SetLength(unsigned long long dwNewLen) override;
   // Counts what is still in the buffer.
   unsigned long long GetLength() const override;
-  // Bytes. On Linux they are those of the file in text streams too; on Windows a text stream translates line
-  // ends.
+  // Bytes; in a text stream LF is CR LF in the file.
   unsigned int Read(void* lpBuf, unsigned int nCount) override;
   void Write(const void* lpBuf, unsigned int nCount) override;
   void Abort() override;
@@ -60,6 +59,10 @@ class QORGEN_API CStdioFile : public CFile {
   virtual int ReadString(CString& rString);
 
   FILE* m_pStream;
+
+ protected:
+  // Throws CFileException* for errno and clears the stream's error: it can be read again where the cause has gone.
+  [[noreturn]] void ThrowReadError() const;
 
  private:
   [[noreturn]] void ThrowErrno() const;

@@ -1,9 +1,11 @@
 #include "qorgen/exchange/csv_file.h"
 
+#include <typeinfo>
+
 #include "qorgen/exchange/internal/legacy_text.h"
 #include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/platform/crt.h"
-#include "qorgen/platform/held_stream.h"
+#include "qorgen/platform/text_stream.h"
 
 namespace {
 
@@ -40,21 +42,13 @@ CQorCSVFile::CQorCSVFile(std::FILE* stream) : CStdioFile(stream) {}
 
 int CQorCSVFile::ReadString(CString& line) {
   if (m_pStream == nullptr) return 0;
-  switch (ReadLegacyLine(m_reader, m_pStream, GetFilePath(), line)) {
-    case LegacyLine::kEnd:
-      return 0;
-    case LegacyLine::kRead:
-      m_readLength = line.GetLength();
-      return 1;
-    default:
-      return 1;
-  }
+  const LegacyLine result = ReadLegacyLine(m_pStream, line);
+  if (result == LegacyLine::kFailed) ThrowReadError();
+  return result != LegacyLine::kEnd;
 }
 
 void CQorCSVFile::WriteString(const wchar_t* text) {
-  if (text == nullptr) return;
-  const std::size_t length = text == m_measured ? m_measuredLength : wcslen(text);
-  if (PutLegacyText(m_pStream, text, length, m_strFileName)) return;
+  if (text == nullptr || PutLegacyText(m_pStream, text, wcslen(text), m_strFileName)) return;
   BorrowedText converted(m_converted);
   if (ThroughCodePage(text, *converted)) CStdioFile::WriteString(*converted);
   if (IsWastefulText(*converted, 0)) (*converted).Empty();
@@ -67,13 +61,9 @@ int CQorCSVFile::ReadCSV(CQorCSVManager& manager, unsigned int delimiterType_, C
   // The block still holds an earlier line, which a reader that gives up half-way would leave to be read
   // again.
   (*line).SetString(nullptr, 0);
-  m_readLength = -1;
   if (ReadString(*line) == 0) return 0;
-  // Lines of an override may hold anything.
-  if (m_readLength != (*line).GetLength()) {
-    const int length = static_cast<int>(wcslen(*line));
-    if (length != (*line).GetLength()) (*line).Truncate(length);
-  }
+  // The reader of this class has cut the line at its first U+0000; another one needn't have.
+  if (typeid(*this) != typeid(CQorCSVFile)) (*line).Truncate(static_cast<int>(wcslen(*line)));
   manager.SwapElements(*line, delimiterType_, quotes, someAsOne_);
   return 1;
 }
@@ -95,15 +85,7 @@ int CQorCSVFile::WriteLine(CQorCSVManager& manager, unsigned int delimiterType_,
   }
   if (lineNumber != nullptr) manager.AdjustCommentLine(*line, *lineNumber);
   (*line).AppendChar(L'\n');
-  m_measured = *line;
-  m_measuredLength = static_cast<std::size_t>((*line).GetLength());
-  try {
-    WriteString(*line);
-  } catch (...) {
-    m_measured = nullptr;
-    throw;
-  }
-  m_measured = nullptr;
+  WriteString(*line);
   if (IsWastefulText(*line, 0)) (*line).Empty();
   return 1;
 }
@@ -134,15 +116,7 @@ CQorUTF8CSVFile::CQorUTF8CSVFile(std::FILE* stream, unsigned int delimiterType_,
 int CQorUTF8CSVFile::ReadString(CString& line) {
   if (m_pStream == nullptr) return 0;
   if (IsWastefulText(line, line.GetLength())) line.Empty();
-  const int result = CStdioFile::ReadString(line);
-  int length = line.GetLength();
-  const wchar_t* const text = line;
-  // A line feed can only be its last character.
-  if (result != 0 && length != 0 && text[length - 1] == L'\n') {
-    while (length != 0 && (text[length - 1] == L'\n' || text[length - 1] == L'\r')) --length;
-    line.Truncate(length);
-  }
-  return result;
+  return CStdioFile::ReadString(line);
 }
 
 void CQorUTF8CSVFile::WriteString(const wchar_t* text) {

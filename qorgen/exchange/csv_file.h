@@ -18,7 +18,6 @@
 #include "qorgen/afx/stdio_file.h"
 #include "qorgen/afx/string.h"
 #include "qorgen/exchange/csv_manager.h"
-#include "qorgen/exchange/line_reader.h"
 #include "qorgen/platform/export.h"
 
 class QORGEN_API CQorCSVFile : public CStdioFile {
@@ -71,12 +70,8 @@ class QORGEN_API CQorCSVFile : public CStdioFile {
   int WriteLine(CQorCSVManager& manager, unsigned int delimiterType, CSVMGR_QUOTES quotes,
                 const int* lineNumber);
 
-  qorgen::exchange::LineReader m_reader;
-  CString m_line;                       // the line in work, kept for its block
-  CString m_converted;                  // the text that WriteString hands on, likewise
-  const wchar_t* m_measured = nullptr;  // the line that is being written, and its length
-  std::size_t m_measuredLength = 0;
-  int m_readLength = -1;  // of the line that ReadString has just cut at its first NUL byte
+  CString m_line;       // the line in work, kept for its block
+  CString m_converted;  // the text that WriteString hands on, likewise
 };
 
 class QORGEN_API CQorUTF8CSVFile : public CQorCSVFile {

@@ -7,9 +7,11 @@
 #include <stdexcept>
 
 #include "qorgen/afx/exception.h"
+#include "qorgen/exchange/internal/field_list.h"
 #include "qorgen/exchange/internal/line_scan.h"
 #include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/exchange/internal/white_space.h"
+#include "qorgen/platform/crt.h"
 
 namespace {
 
@@ -73,42 +75,53 @@ constexpr std::array<UnitSet, 64> kDelimiterSets = [] {
 }();
 static_assert(kDelimiterSets[0].count == 0 && kDelimiterSets[63].count == 6);
 
-// Makes each pair of quotes in [text, end) one quote, from the left, in place; returns the new end.
-wchar_t* FoldPairs(wchar_t* text, const wchar_t* end, wchar_t quote) {
-  wchar_t* out = text;
-  for (const wchar_t* in = text; in != end; ++in) {
-    *out++ = *in;
-    if (*in == quote && in + 1 != end && in[1] == quote) ++in;
+// Adds a field in which every pair of quotes becomes one, from the left.
+[[gnu::noinline]] void AddFolded(FieldList& fields, const wchar_t* text, std::size_t length, wchar_t quote) {
+  wchar_t* const folded = fields.Append(text, length);
+  wchar_t* out = folded;
+  for (std::size_t i = 0; i < length; ++i) {
+    const wchar_t unit = folded[i];
+    *out++ = unit;
+    if (unit == quote && i + 1 < length && folded[i + 1] == quote) ++i;
   }
-  return out;
+  *out = 0;
+  fields.CutLast(static_cast<std::size_t>(out - folded));
 }
 
 // Cuts a line whose quotes stand as a writer puts them; false, with nothing done, for any other.
-bool SplitRegular(FieldList& fields, wchar_t* text, std::size_t length, const UnitSet& delimiters,
+bool SplitRegular(FieldList& fields, const wchar_t* text, std::size_t length, const UnitSet& delimiters,
                   wchar_t quote) {
   RegularLine line;
   if (!line.Read(text, length, delimiters, quote)) return false;
-  const auto add = [&](std::size_t begin, std::size_t end) {
-    if (text[begin] != quote || quote == 0) {
-      fields.AddSpan(text + begin, end - begin);
-      return;
-    }
-    wchar_t* const field = text + begin + 1;
-    wchar_t* const closing = text + end - 1;
-    wchar_t* const field_end = line.HasPairs() ? FoldPairs(field, closing, quote) : closing;
-    fields.AddSpan(field, static_cast<std::size_t>(field_end - field));
-  };
+  std::size_t block = 0;
+  std::uint64_t left = line.Separators(0);
   std::size_t begin = 0;
-  for (std::size_t block = 0; block < line.Blocks(); ++block) {
-    for (std::uint64_t left = line.Separators(block); left != 0; left &= left - 1) {
-      const std::size_t end =
-          block * qorgen::exchange::kMarkBlock + static_cast<std::size_t>(std::countr_zero(left));
-      add(begin, end);
-      begin = end + 1;
+  const auto next = [&]() -> FieldList::Span {
+    while (left == 0 && block + 1 < line.Blocks()) left = line.Separators(++block);
+    std::size_t end = length;
+    if (left != 0) {
+      end = block * qorgen::exchange::kMarkBlock + static_cast<std::size_t>(std::countr_zero(left));
+      left &= left - 1;
+    } else if (begin > length) {
+      return {nullptr, 0};
+    }
+    const std::size_t quotes = text[begin] == quote && quote != 0 ? 1 : 0;
+    const FieldList::Span span = {text + begin + quotes, end - begin - 2 * quotes};
+    // Behind the last separator there is one more field, which may be empty.
+    begin = end + 1;
+    return span;
+  };
+  if (!line.HasPairs()) {
+    fields.AddSpans(line.Blocks() * qorgen::exchange::kMarkBlock + 1, next);
+    return true;
+  }
+  for (FieldList::Span span = next(); span.text != nullptr; span = next()) {
+    if (wmemchr(span.text, quote, span.length) != nullptr) {
+      AddFolded(fields, span.text, span.length, quote);
+    } else {
+      fields.AddSpan(span.text, span.length);
     }
   }
-  // Behind a last separator there is one more field, the empty one; `begin` is then at the terminator.
-  add(begin, length);
   return true;
 }
 
@@ -135,14 +148,32 @@ bool SplitRegular(FieldList& fields, wchar_t* text, std::size_t length, const Un
 
 }  // namespace
 
-CQorCSVManager::CQorCSVManager() = default;
-CQorCSVManager::CQorCSVManager(const CQorCSVManager& other) = default;
-CQorCSVManager& CQorCSVManager::operator=(const CQorCSVManager& other) = default;
+CQorCSVManager::CQorCSVManager() : elements(std::make_unique<FieldList>()) {}
+
+CQorCSVManager::CQorCSVManager(const CQorCSVManager& other) : CQorCSVManager() {
+  *this = other;
+}
+
+CQorCSVManager& CQorCSVManager::operator=(const CQorCSVManager& other) {
+  *elements = *other.elements;
+  quotes = other.quotes;
+  delimiterType = other.delimiterType;
+  quotesType = other.quotesType;
+  someAsOne = other.someAsOne;
+  readString = other.readString;
+  commentLineOn = other.commentLineOn;
+  commentLineLimit = other.commentLineLimit;
+  return *this;
+}
+
 CQorCSVManager::~CQorCSVManager() = default;
 
 CQorCSVManager::CQorCSVManager(const wchar_t* line, unsigned int delimiterType_, CSVMGR_QUOTES quotes_,
                                int someAsOne_)
-    : delimiterType(delimiterType_), quotesType(quotes_), someAsOne(someAsOne_) {
+    : CQorCSVManager() {
+  delimiterType = delimiterType_;
+  quotesType = quotes_;
+  someAsOne = someAsOne_;
   separateString(line);
 }
 
@@ -151,8 +182,11 @@ int CQorCSVManager::SetElements(const wchar_t* line, unsigned int delimiterType_
   delimiterType = delimiterType_;
   quotesType = quotes_;
   someAsOne = someAsOne_;
-  qorgen::exchange::RefillText(readString, line, CString::StringLength(line));
-  Split(readString, static_cast<std::size_t>(readString.GetLength()));
+  elements->EndLine();
+  const int length = CString::StringLength(line);
+  qorgen::exchange::RefillText(readString, line, length);
+  readString.Preallocate(length + static_cast<int>(FieldList::kPadding));
+  Split(readString);
   return GetCount();
 }
 
@@ -161,24 +195,27 @@ void CQorCSVManager::SwapElements(CString& line, unsigned int delimiterType_, CS
   delimiterType = delimiterType_;
   quotesType = quotes_;
   someAsOne = someAsOne_;
+  elements->EndLine();
   readString.Swap(line);
-  Split(readString, static_cast<std::size_t>(readString.GetLength()));
+  Split(readString);
 }
 
 void CQorCSVManager::separateString(const wchar_t* line) {
-  Split(line, static_cast<std::size_t>(CString::StringLength(line)));
+  Split(CString(line));
 }
 
-// The remainder of the line begins at `rest`; the fields are cut in the list's own copy of the line.
-void CQorCSVManager::Split(const wchar_t* line, std::size_t length) {
-  wchar_t* const text = elements.BeginLine(line, length);
+// The remainder of the line begins at `rest`.
+void CQorCSVManager::Split(const CString& line) {
+  FieldList& fields = *elements;
+  const wchar_t* const text = fields.BeginLine(line);
+  const auto length = static_cast<std::size_t>(line.GetLength());
   if (length == 0) return;
   const UnitSet& delimiters = kDelimiterSets[delimiterType % kDelimiterSets.size()];
   const wchar_t quote = QuoteCharacter(quotesType);
   const bool skip_space = quote != 0 && (delimiterType & CSVMGR_DELIM_SPACE) == 0;
   // The white space in front of a quote may be a delimiter as well when that is the tab: not a case for this.
   const bool tab_is_space = skip_space && (delimiterType & CSVMGR_DELIM_TAB) != 0;
-  if (someAsOne != 1 && !tab_is_space && SplitRegular(elements, text, length, delimiters, quote)) return;
+  if (someAsOne != 1 && !tab_is_space && SplitRegular(fields, text, length, delimiters, quote)) return;
 
   LineMarks marks(text, length, delimiters, quote);
 
@@ -200,20 +237,24 @@ void CQorCSVManager::Split(const wchar_t* line, std::size_t length) {
     if (quoted) {
       ++field;
       std::size_t closing = marks.NextQuote(field);
-      wchar_t* end = text + closing;
+      bool pairs = false;
       if (closing + 1 < length && text[closing + 1] == quote) {
         do {
           closing = marks.NextQuote(closing + 2);
         } while (closing + 1 < length && text[closing + 1] == quote);
-        end = FoldPairs(text + field, text + closing, quote);
+        pairs = true;
       }
       // What stands between the closing quote and the next delimiter is dropped; without a closing quote the
       // field takes the whole rest.
       rest = marks.IsKnownDelimiter(closing + 1) ? closing + 1 : marks.NextDelimiter(closing);
-      elements.AddSpan(text + field, static_cast<std::size_t>(end - (text + field)));
+      if (pairs) {
+        AddFolded(fields, text + field, closing - field, quote);
+      } else {
+        fields.AddSpan(text + field, closing - field);
+      }
     } else {
       rest = marks.NextDelimiter(rest);
-      elements.AddSpan(text + field, rest - field);
+      fields.AddSpan(text + field, rest - field);
     }
     if (rest == length) return;
     ++rest;
@@ -224,7 +265,15 @@ void CQorCSVManager::Split(const wchar_t* line, std::size_t length) {
 }
 
 void CQorCSVManager::AddElement(const wchar_t* text) {
-  elements.Append(text, static_cast<std::size_t>(CString::StringLength(text)));
+  elements->Append(text, static_cast<std::size_t>(CString::StringLength(text)));
+}
+
+void CQorCSVManager::BorrowText(const CString& text) {
+  elements->Borrow(text, static_cast<std::size_t>(text.GetLength()));
+}
+
+void CQorCSVManager::OwnTexts() {
+  elements->Own();
 }
 
 void CQorCSVManager::AddQuate(CSVMGR_QUOTES quotes_) {
@@ -256,16 +305,16 @@ const wchar_t* CQorCSVManager::MakeString(CString& line) {
   if (delimiterType == 0) return nullptr;
   const wchar_t delimiter = WrittenDelimiter(delimiterType);
   line.SetString(nullptr, 0);
-  const std::size_t count = elements.Count();
+  const std::size_t count = elements->Count();
   // Room for everything but the quotes inside fields.
   std::size_t room = kCopySlack;
-  for (std::size_t i = 0; i < count; ++i) room += elements.Length(i) + 3;
+  for (std::size_t i = 0; i < count; ++i) room += elements->Length(i) + 3;
   if (room > INT_MAX) AfxThrowMemoryException();
   wchar_t* out = line.GetBuffer(static_cast<int>(room));
   const std::size_t quote_count = quotes.size();
   for (std::size_t i = 0; i < count; ++i) {
-    const wchar_t* const text = elements.Text(i);
-    const std::size_t length = elements.Length(i);
+    const wchar_t* const text = elements->Text(i);
+    const std::size_t length = elements->Length(i);
     const wchar_t quote = QuoteCharacter(i < quote_count ? quotes[i] : quotesType);
     if (i != 0 && delimiter != 0) *out++ = delimiter;
     if (quote == 0) {
@@ -287,25 +336,25 @@ const wchar_t* CQorCSVManager::MakeString(CString& line) {
 }
 
 void CQorCSVManager::CutAtZeros() {
-  const FieldList whole(elements);
-  elements.Clear();
+  const FieldList whole(*elements);
+  elements->Clear();
   for (std::size_t i = 0; i < whole.Count(); ++i) {
-    elements.Append(whole.Text(i), static_cast<std::size_t>(CString::StringLength(whole.Text(i))));
+    elements->Append(whole.Text(i), static_cast<std::size_t>(CString::StringLength(whole.Text(i))));
   }
 }
 
 int CQorCSVManager::GetCount() const {
-  return static_cast<int>(elements.Count());
+  return static_cast<int>(elements->Count());
 }
 
 const wchar_t* CQorCSVManager::GetAt(int index) const {
   if (index < 0) throw std::out_of_range("invalid vector subscript");
   const auto place = static_cast<std::size_t>(index);
-  return place < elements.Count() ? elements.Text(place) : nullptr;
+  return place < elements->Count() ? elements->Terminated(place) : nullptr;
 }
 
 void CQorCSVManager::Empty() {
-  elements.Clear();
+  elements->Clear();
 }
 
 CString CQorCSVManager::GetReadString() const {

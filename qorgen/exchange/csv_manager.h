@@ -4,10 +4,10 @@
 // a line from fields on the way out. It knows nothing of files, has no error state and never rejects a line.
 // An object belongs to one thread at a time.
 
+#include <memory>
 #include <vector>
 
 #include "qorgen/afx/string.h"
-#include "qorgen/exchange/field_list.h"
 #include "qorgen/platform/export.h"
 
 // The quote character. A value outside the list counts as CSVMGR_QUOTES_NONE.
@@ -27,6 +27,10 @@ inline constexpr unsigned int CSVMGR_DELIM_COMMA = 0x04;
 inline constexpr unsigned int CSVMGR_DELIM_SPACE = 0x08;
 inline constexpr unsigned int CSVMGR_DELIM_PERIOD = 0x10;
 inline constexpr unsigned int CSVMGR_DELIM_SLASH = 0x20;
+
+namespace qorgen::exchange {
+class FieldList;
+}
 
 class QORGEN_API CQorCSVManager {
  public:
@@ -89,7 +93,7 @@ class QORGEN_API CQorCSVManager {
   // Replaces the fields by those of `line`, under the settings as they are; null counts as an empty line.
   void separateString(const wchar_t* line);
 
-  qorgen::exchange::FieldList elements;
+  std::unique_ptr<qorgen::exchange::FieldList> elements;  // never null
   std::vector<CSVMGR_QUOTES> quotes;
   unsigned int delimiterType = 0;
   CSVMGR_QUOTES quotesType = CSVMGR_QUOTES_DOUBLE;
@@ -104,14 +108,14 @@ class QORGEN_API CQorCSVManager {
   friend class CQorCSVFile;        // hands over lines
   friend class CQorExportBase;     // hands over fields with their lengths
 
-  // SetElements of a line without a U+0000, which becomes the raw line without a copy: `line` has the block
-  // of the raw line before it afterwards.
+  // SetElements of a line without a U+0000, which becomes the raw line without a copy: `line` has the block of the raw
+  // line before it afterwards.
   void SwapElements(CString& line, unsigned int delimiterType, CSVMGR_QUOTES quotes, int someAsOne);
-  void Split(const wchar_t* line, std::size_t length);
-  // AddElement without a copy, and without a look for a U+0000 in the text: the text must stay as it is until
-  // the fields are emptied or OwnTexts is called. CutAtZeros, which copies, has to be called before the
-  // fields are used if there is such a character.
-  void BorrowText(const CString& text) { elements.Borrow(text, static_cast<std::size_t>(text.GetLength())); }
-  void OwnTexts() { elements.Own(); }
+  void Split(const CString& line);
+  // AddElement without a copy, and without a look for a U+0000 in the text: the text must stay as it is until the fields
+  // are emptied or OwnTexts is called. CutAtZeros, which copies, has to be called before the fields are used if there is
+  // such a character.
+  void BorrowText(const CString& text);
+  void OwnTexts();
   void CutAtZeros();
 };

@@ -1,4 +1,4 @@
-#include "qorgen/exchange/field_list.h"
+#include "qorgen/exchange/internal/field_list.h"
 
 #include <algorithm>
 #include <cstring>
@@ -7,8 +7,8 @@
 namespace qorgen::exchange {
 namespace {
 
-// A block or a field table above these sizes is given back as soon as a line needs less than an eighth of it,
-// so that one monstrous line doesn't hold its memory for the rest of the file.
+// A block or a field table above these sizes is given back as soon as a line needs less than an eighth of it, so that
+// one monstrous line doesn't hold its memory for the rest of the file.
 constexpr std::size_t kKeptCharacters = 64 * 1024;
 constexpr std::size_t kKeptFields = 4096;
 constexpr std::size_t kFirstCapacity = 512;
@@ -20,20 +20,17 @@ constexpr bool IsWasteful(std::size_t capacity, std::size_t needed, std::size_t 
 }  // namespace
 
 FieldList::FieldList(const FieldList& other) {
-  std::size_t total = 0;
-  for (std::size_t i = 0; i < other.count_; ++i) total += other.fields_[i].length + 1;
-  if (total == 0) return;
-  capacity_ = total + kPadding;
-  block_ = std::make_unique<wchar_t[]>(capacity_);
-  fields_.reserve(other.count_);
-  for (std::size_t i = 0; i < other.count_; ++i) Append(other.fields_[i].text, other.fields_[i].length);
+  for (std::size_t i = 0; i < other.count_; ++i) Append(other.Text(i), other.Length(i));
 }
 
 FieldList& FieldList::operator=(const FieldList& other) {
   if (this == &other) return *this;
   FieldList copy(other);
+  line_.Swap(copy.line_);
   fields_.swap(copy.fields_);
+  std::swap(room_, copy.room_);
   std::swap(count_, copy.count_);
+  std::swap(open_, copy.open_);
   block_.swap(copy.block_);
   std::swap(capacity_, copy.capacity_);
   std::swap(used_, copy.used_);
@@ -42,49 +39,70 @@ FieldList& FieldList::operator=(const FieldList& other) {
 }
 
 void FieldList::Grow() {
-  fields_.resize(std::max<std::size_t>(16, fields_.size() * 2));
+  const std::size_t room = std::max<std::size_t>(16, room_ * 2);
+  auto fields = std::make_unique_for_overwrite<Span[]>(room);
+  std::copy_n(fields_.get(), count_, fields.get());
+  fields_ = std::move(fields);
+  room_ = room;
 }
 
 void FieldList::Clear() noexcept {
-  count_ = 0;
+  EndLine();
   outgrown_.clear();
   used_ = 0;
 }
 
-void FieldList::Append(const wchar_t* text, std::size_t length) {
+void FieldList::EndLine() noexcept {
+  count_ = 0;
+  open_ = 0;
+  line_.Empty();
+}
+
+// A terminated copy in the block. What lies there already keeps its place: callers may hold it.
+wchar_t* FieldList::Store(const wchar_t* text, std::size_t length) {
   const std::size_t needed = used_ + length + 1;
-  if (needed + kPadding > capacity_) {
-    // The fields so far keep their places: callers may hold their texts.
-    const std::size_t capacity = std::max(kFirstCapacity, std::max(capacity_ * 2, length + 1 + kPadding));
+  if (needed + kReadBlock > capacity_) {
+    const std::size_t capacity = std::max(kFirstCapacity, std::max(capacity_ * 2, length + 1 + kReadBlock));
     Block block = std::make_unique<wchar_t[]>(capacity);
     if (block_ != nullptr) outgrown_.push_back(std::move(block_));
     block_ = std::move(block);
     capacity_ = capacity;
     used_ = 0;
   }
-  wchar_t* place = block_.get() + used_;
+  wchar_t* const place = block_.get() + used_;
   if (length != 0) std::memcpy(place, text, length * sizeof(wchar_t));
-  AddSpan(place, length);
+  place[length] = L'\0';
   used_ += length + 1;
+  return place;
 }
 
-wchar_t* FieldList::BeginLine(const wchar_t* line, std::size_t length) {
-  if (IsWasteful(fields_.size(), count_, kKeptFields)) fields_ = std::vector<Field>(kKeptFields);
-  count_ = 0;
-  const std::size_t needed = length + 1 + kPadding;
-  if (needed > capacity_ || IsWasteful(capacity_, needed, kKeptCharacters)) {
-    const std::size_t capacity = std::max(kFirstCapacity, needed + needed / 4);
-    Block block = std::make_unique<wchar_t[]>(capacity);
-    if (length != 0) std::memcpy(block.get(), line, length * sizeof(wchar_t));
-    block_ = std::move(block);
-    capacity_ = capacity;
-  } else if (length != 0) {
-    std::memmove(block_.get(), line, length * sizeof(wchar_t));
+wchar_t* FieldList::Append(const wchar_t* text, std::size_t length) {
+  wchar_t* const place = Store(text, length);
+  Add(place, length);
+  return place;
+}
+
+void FieldList::TerminateAll() {
+  for (std::size_t i = 0; i < open_; ++i) fields_[i].text = Store(fields_[i].text, fields_[i].length);
+  open_ = 0;
+}
+
+const wchar_t* FieldList::BeginLine(const CString& line) {
+  if (IsWasteful(room_, count_, kKeptFields)) {
+    fields_ = nullptr;
+    room_ = 0;
   }
-  block_[length] = L'\0';
-  used_ = length + 1;
-  outgrown_.clear();
-  return block_.get();
+  if (IsWasteful(capacity_, used_, kKeptCharacters)) {
+    block_ = nullptr;
+    capacity_ = 0;
+  }
+  Clear();
+  line_ = line;
+  const auto length = static_cast<std::size_t>(line.GetLength());
+  if (static_cast<std::size_t>(line.GetAllocLength()) < length + kPadding) {
+    line_.Preallocate(line.GetLength() + static_cast<int>(kPadding));
+  }
+  return line_;
 }
 
 }  // namespace qorgen::exchange

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "qorgen/afx/exception.h"
-#include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/platform/crt.h"
 
@@ -72,10 +71,19 @@ int CQorImportManager::OpenText(const wchar_t* path, CQorTypeConverter* converte
 
 READSTATUS CQorImportManager::ReadRow(void* record, unsigned char checkCount) {
   if (!IsOpen() || converter == nullptr) return READSTATUS_ERROR;
-  if (file->ReadCSV(csvManager) == 0) return READSTATUS_EOF;
-  // A shared block would cost the manager a new one at the next line.
   const CString& line = csvManager.readString;
-  qorgen::exchange::RefillText(readString, line, line.GetLength());
+  // The block of the last line is used again, unless it has more owners.
+  const bool shared = readString.GetString() == line.GetString();
+  if (shared) readString.Empty();
+  int result = 0;
+  try {
+    result = file->ReadCSV(csvManager);
+  } catch (...) {
+    if (shared) readString = line;
+    throw;
+  }
+  if (result != 0 || shared) readString = line;
+  if (result == 0) return READSTATUS_EOF;
   if (!line.IsEmpty() && line[0] == L'#') return READSTATUS_SKIP;
   if (csvManager.GetCount() == 0) return READSTATUS_SKIP;
   return converter->Convert(csvManager, record, checkCount) != 0 ? READSTATUS_OK : READSTATUS_ERROR;

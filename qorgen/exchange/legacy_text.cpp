@@ -7,31 +7,31 @@
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/exchange/internal/text_reuse.h"
-#include "qorgen/platform/ansi_text.h"
 #include "qorgen/platform/codepage.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/locale.h"
+#include "qorgen/platform/text_stream.h"
 
 namespace qorgen::exchange {
 namespace {
 
 constexpr std::size_t kMaxWrittenText = 0x3FFFFFFF;
 
-// Decodes a line up to its first NUL byte. Throws CMemoryException* and leaves `line` as it was.
-void Decode(const char* bytes, std::size_t length, CString& line) {
-  if (const void* nul = std::memchr(bytes, 0, length)) {
-    length = static_cast<std::size_t>(static_cast<const char*>(nul) - bytes);
-  }
-  const int size = static_cast<int>(length);
-  if (IsWastefulText(line, size)) {
+// Decodes up to the first U+0000. Throws CMemoryException* and leaves `line` as it was.
+void Decode(const platform::StreamLine& source, CString& line) {
+  const int room = static_cast<int>(source.Bytes().length + platform::kLinePadding);
+  if (IsWastefulText(line, room)) {
     CString fresh;
-    fresh.Preallocate(size);
+    fresh.Preallocate(room);
     line.Swap(fresh);
   }
-  wchar_t* const text = line.GetBuffer(size);
-  // No encoding here has more characters than bytes, so a sizing call would only repeat the work.
-  const int units = MultiByteToWideChar(CP_ACP, 0, bytes, size + 1, text, size + 1);
-  line.ReleaseBufferSetLength(units > 0 ? units - 1 : 0);
+  wchar_t* const text = line.GetBuffer(room);
+  std::size_t length = source.Decode(text, true);
+  if (source.Bytes().ended) {
+    while (length != 0 && text[length - 1] == L'\r') --length;
+  }
+  if (source.Bytes().may_hold_control) length = wcsnlen(text, length);
+  line.ReleaseBufferSetLength(static_cast<int>(length));
 }
 
 // False when a conversion fails.
@@ -61,23 +61,20 @@ void SetJapaneseLocale() {
   _wsetlocale(LC_ALL, L"japanese");
 }
 
-LegacyLine ReadLegacyLine(LineReader& reader, std::FILE* stream, const CString& path, CString& line) {
-  switch (reader.Read(stream)) {
-    case LineReader::Result::kEnd:
+LegacyLine ReadLegacyLine(std::FILE* stream, CString& line) {
+  platform::StreamLine source;
+  switch (source.Read(stream)) {
+    case platform::LineResult::kEnd:
       return LegacyLine::kEnd;
-    case LineReader::Result::kFailed: {
-      const int error = errno;
-      clearerr(stream);
-      CFileException::ThrowErrno(error != 0 ? error : EIO, path);
-      return LegacyLine::kEnd;
-    }
-    case LineReader::Result::kNoMemory:
+    case platform::LineResult::kFailed:
+      return LegacyLine::kFailed;
+    case platform::LineResult::kNoMemory:
       return LegacyLine::kPassedOver;
-    case LineReader::Result::kLine:
+    case platform::LineResult::kLine:
       break;
   }
   try {
-    Decode(reader.Text(), reader.Length(), line);
+    Decode(source, line);
     return LegacyLine::kRead;
   } catch (CMemoryException* exception) {
     exception->Delete();

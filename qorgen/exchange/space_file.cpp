@@ -35,6 +35,7 @@ void CQorSpaceFile::WriteString(const wchar_t* text) {
 
 int CQorSpaceFile::ReadString(CString& line) {
   if (m_pStream == nullptr) return 0;
-  const LegacyLine result = qorgen::exchange::ReadLegacyLine(m_reader, m_pStream, GetFilePath(), line);
+  const LegacyLine result = qorgen::exchange::ReadLegacyLine(m_pStream, line);
+  if (result == LegacyLine::kFailed) ThrowReadError();
   return result != LegacyLine::kEnd;
 }

@@ -6,7 +6,6 @@
 
 #include "qorgen/afx/stdio_file.h"
 #include "qorgen/afx/string.h"
-#include "qorgen/exchange/line_reader.h"
 #include "qorgen/exchange/space_one_line.h"
 #include "qorgen/platform/export.h"
 
@@ -29,7 +28,6 @@ class QORGEN_API CQorSpaceFile : public CStdioFile {
   using CStdioFile::Write;
 
  private:
-  qorgen::exchange::LineReader m_reader;
   CString m_line;       // the line in work, kept for its block
   CString m_converted;  // the text that is written, likewise
 };

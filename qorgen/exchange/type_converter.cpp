@@ -9,6 +9,7 @@
 #include "qorgen/calendar/date_util.h"
 #include "qorgen/calendar/era_date.h"
 #include "qorgen/core/exception.h"
+#include "qorgen/exchange/internal/field_list.h"
 #include "qorgen/exchange/internal/plain_number.h"
 #include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/exchange/internal/text_store.h"
@@ -72,19 +73,17 @@ void* Target(void* record, const QorTypeCheckInfoTable& column) {
   return record == nullptr ? nullptr : static_cast<unsigned char*>(record) + column.offset;
 }
 
+// The bytes of an integer column, by its type code; every other code takes 32 bits.
+constexpr std::size_t IntegerSize(unsigned int type_flags) {
+  const unsigned int type = type_flags & TYPECHECK_TYPEMASK;
+  return type == TYPECHECK_SHORT ? 2 : type == TYPECHECK_BYTE || type == TYPECHECK_CHAR ? 1 : 4;
+}
+
 void StoreInteger(unsigned int type_flags, void* target, std::int32_t value) {
-  switch (type_flags & TYPECHECK_TYPEMASK) {
-    case TYPECHECK_SHORT:
-      Store(target, static_cast<std::int16_t>(value));
-      break;
-    case TYPECHECK_BYTE:
-    case TYPECHECK_CHAR:
-      Store(target, static_cast<std::int8_t>(value));
-      break;
-    default:
-      Store(target, value);
-      break;
-  }
+  const std::size_t size = IntegerSize(type_flags);
+  if (size == 1) return Store(target, static_cast<std::int8_t>(value));
+  if (size == 2) return Store(target, static_cast<std::int16_t>(value));
+  Store(target, value);
 }
 
 // The greatest number of `digits` places. From ten places on, every 32-bit value fits, so nothing is gained
@@ -107,8 +106,10 @@ Bounds BoundsOf(const QorTypeCheckInfoTable& column) {
   return {lower, upper};
 }
 
-bool IsInBounds(const QorTypeCheckInfoTable& column, std::int32_t value) {
-  return value <= GreatestOf(column.size) && (value >= 0 || value >= BoundsOf(column).lower);
+// Whether a plain number is in bounds for its digits alone.
+bool HasFewDigits(const QorTypeCheckInfoTable& column, int length, std::int32_t value) {
+  return length <= column.size &&
+         (value >= 0 || (column.typeFlags & (TYPECHECK_UNSIGNED | TYPECHECK_SIGNDIGIT)) == 0);
 }
 
 // Memory is the one reason of a failed conversion that isn't the text's.
@@ -151,7 +152,7 @@ int CQorTypeConverter::Finalize() {
 
 int CQorTypeConverter::Convert(CQorCSVManager& manager, void* record, unsigned char checkCount) {
   ClearError();
-  const qorgen::exchange::FieldList& fields = manager.elements;
+  const qorgen::exchange::FieldList& fields = *manager.elements;
   const auto columns = static_cast<std::size_t>(fieldCount);
   if (checkCount != 0) {
     const std::size_t count = fields.Count();
@@ -203,7 +204,7 @@ int CQorTypeConverter::ConvertInPlace(const qorgen::exchange::FieldList& fields,
       case TYPECHECK_BYTE:
       case TYPECHECK_CHAR: {
         std::int32_t value = 0;
-        if (ReadPlainInteger(text, length, value) && IsInBounds(column, value)) {
+        if (ReadPlainInteger(text, length, value) && HasFewDigits(column, length, value)) {
           StoreInteger(column.typeFlags, target, value);
           continue;
         }
@@ -271,6 +272,12 @@ int CQorTypeConverter::ConvertDouble(QorTypeCheckInfoTable* column, CString& tex
   return column == nullptr ? 0 : StoreDouble(*column, text, text.GetLength(), target);
 }
 
+// The field as text for operations that need a terminator.
+const wchar_t* CQorTypeConverter::Terminated(const wchar_t* text, int length) {
+  if (text != m_work.GetString()) qorgen::exchange::RefillText(m_work, text, length);
+  return m_work;
+}
+
 int CQorTypeConverter::StoreText(const QorTypeCheckInfoTable& column, const wchar_t* text, int length,
                                  void* target) {
   if (IsBlank(text, length)) length = 0;
@@ -289,13 +296,8 @@ int CQorTypeConverter::StoreNumeral(const QorTypeCheckInfoTable& column, const w
                                     void* target) {
   const unsigned int flags = column.typeFlags;
   std::int32_t value = 0;
-  if (ReadPlainInteger(text, length, value)) {
-    if (IsInBounds(column, value)) {
-      StoreInteger(flags, target, value);
-      return 1;
-    }
-  } else {
-    CQorStringUtil::ToHalfString(m_half, text);
+  if (!ReadPlainInteger(text, length, value)) {
+    CQorStringUtil::ToHalfString(m_half, Terminated(text, length));
     m_half.Trim();
     if (m_half.IsEmpty()) {
       if (column.check == 0) {
@@ -335,7 +337,7 @@ int CQorTypeConverter::StoreDouble(const QorTypeCheckInfoTable& column, const wc
   if (ReadPlainDecimal(text, length, number)) {
     negative = number.value < 0;
   } else {
-    CQorStringUtil::ToHalfString(m_half, text);
+    CQorStringUtil::ToHalfString(m_half, Terminated(text, length));
     m_half.Trim();
     double value = 0;
     if (NumCheck(m_half) == 0 || !IsConverted(VarR8FromStr(m_half, LOCALE_USER_DEFAULT, 0, &value))) {

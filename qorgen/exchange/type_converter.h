@@ -147,7 +147,8 @@ class QORGEN_API CQorTypeConverter {
   int NumCheck(const CString& text);
 
   int ConvertInPlace(const qorgen::exchange::FieldList& fields, void* record);
-  // The converters over a terminated text that isn't theirs to change.
+  const wchar_t* Terminated(const wchar_t* text, int length);
+  // The converters over a text that isn't theirs to change and needn't be terminated.
   int StoreText(const QorTypeCheckInfoTable& column, const wchar_t* text, int length, void* target);
   int StoreNumeral(const QorTypeCheckInfoTable& column, const wchar_t* text, int length, void* target);
   int StoreDouble(const QorTypeCheckInfoTable& column, const wchar_t* text, int length, void* target);

@@ -41,8 +41,6 @@ int qorgen_ismbbtrail(unsigned int value);
 int qorgen_ismbbprint(unsigned int value);
 int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
 int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
-int qorgen_fwprintf(FILE* stream, const wchar_t* format, ...);
-int qorgen_vfwprintf(FILE* stream, const wchar_t* format, va_list arguments);
 size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, const struct tm* time);
 
 #define towupper qorgen_towupper
@@ -57,8 +55,6 @@ size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, 
 #define _ismbbprint qorgen_ismbbprint
 #define swprintf qorgen_swprintf
 #define vswprintf qorgen_vswprintf
-#define fwprintf qorgen_fwprintf
-#define vfwprintf qorgen_vfwprintf
 #define wcsftime qorgen_wcsftime
 #else
 
@@ -204,14 +200,11 @@ void _wmakepath(wchar_t* path, const wchar_t* drive, const wchar_t* folder, cons
 //
 // The stream is a FILE of the C library over the bytes of the file: fread, fwrite, fseek, ftell, rewind,
 // fclose work on bytes and positions are exact byte offsets. (On Windows fread and fwrite of a text stream
-// translate; keep to the functions below for text.) The text functions below translate:
-//   - text streams: LF is CR LF on disk, a lone CR stays, and Ctrl-Z (0x1A) ends what is read;
-//   - without ccs wide text is code page 932; a character without a code ends the writing with WEOF, EILSEQ;
+// translate.) Text is read and written through text_stream.h and fputws:
+//   - in a text stream LF is CR LF on disk;
+//   - without ccs text is code page 932; a character without a code ends the writing with WEOF and EILSEQ;
 //   - with ccs a byte-order mark is written into a new or empty file. A file's own mark decides its encoding
-//     whatever ccs says, and is skipped at the start of the file, also after the stream was rewound. (Text
-//     written there replaces it.) The narrow functions refuse such a stream with EINVAL;
-//   - invalid bytes give U+FFFD, in 932 U+30FB; an odd byte at the end of UTF-16 is ignored;
-//   - binary streams hold wide text as raw units.
+//     whatever ccs says. (Text written at the start of the file replaces it.)
 // A stream that _wfopen or _wfdopen didn't make counts as UTF-8 without translation of line ends.
 
 FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
@@ -224,17 +217,7 @@ FILE* _wfdopen(int descriptor, const wchar_t* mode);
 int _fileno(FILE* stream);
 int _close(int descriptor);
 
-char* qorgen_fgets(char* buffer, int capacity, FILE* stream);
-int qorgen_fputs(const char* text, FILE* stream);
-wchar_t* qorgen_fgetws(wchar_t* buffer, int capacity, FILE* stream);
 int qorgen_fputws(const wchar_t* text, FILE* stream);
-wint_t qorgen_fgetwc(FILE* stream);
-wint_t qorgen_fputwc(wchar_t unit, FILE* stream);
-// Up to 8 units; they leave the told position alone and are dropped when the stream is moved. WEOF for a
-// stream of others.
-wint_t qorgen_ungetwc(wint_t unit, FILE* stream);
-int qorgen_fwprintf(FILE* stream, const wchar_t* format, ...);
-int qorgen_vfwprintf(FILE* stream, const wchar_t* format, va_list arguments);
 
 // Removes a file; -1 with errno, EACCES for a folder.
 int _wremove(const wchar_t* path);
@@ -280,14 +263,6 @@ int _waccess(const wchar_t* path, int mode);
 #define swprintf qorgen_swprintf
 #define vswprintf qorgen_vswprintf
 #define wcsftime qorgen_wcsftime
-#define fgets qorgen_fgets
-#define fputs qorgen_fputs
-#define fgetws qorgen_fgetws
 #define fputws qorgen_fputws
-#define fgetwc qorgen_fgetwc
-#define fputwc qorgen_fputwc
-#define ungetwc qorgen_ungetwc
-#define fwprintf qorgen_fwprintf
-#define vfwprintf qorgen_vfwprintf
 
 #endif

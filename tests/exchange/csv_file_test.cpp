@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "qorgen/afx/exception.h"
-#include "qorgen/exchange/line_reader.h"
 #include "qorgen/platform/crt.h"
 
 #include "tests/exchange/temp_file.h"
@@ -17,7 +16,6 @@
 
 namespace {
 
-using qorgen::exchange::LineReader;
 using qorgen::tests::TempFile;
 using qorgen::tests::Utf8;
 using std::string_literals::operator""s;
@@ -310,48 +308,6 @@ TEST(CsvFile, CallsOverrides) {
   manager.SetElements(L"a", kComma, CSVMGR_QUOTES_DOUBLE, 0);
   EXPECT_EQ(file.WriteCSV(manager), 1);
   EXPECT_EQ(file.written, (Lines{"\"a\"\n", "\"inner\"\n", "\"inner\"\n", "\"a\"\n"}));
-}
-
-TEST(LineReader, PassesOverLinesBeyondItsLimit) {
-  const TempFile temp(Repeat("x", 5000) + "\nab\n" + Repeat("y", 2001) + "\n" + Repeat("z", 9000));
-  std::FILE* const stream = _wfopen(temp.Path(), L"rt");
-  ASSERT_NE(stream, nullptr);
-  LineReader reader(2000);
-  EXPECT_EQ(reader.Read(stream), LineReader::Result::kNoMemory);
-  EXPECT_EQ(reader.Read(stream), LineReader::Result::kLine);
-  EXPECT_EQ(std::string(reader.Text(), reader.Length()), "ab");
-  EXPECT_EQ(reader.Read(stream), LineReader::Result::kNoMemory);
-  EXPECT_EQ(reader.Read(stream), LineReader::Result::kNoMemory);
-  EXPECT_EQ(reader.Read(stream), LineReader::Result::kEnd);
-  fclose(stream);
-}
-
-TEST(LineReader, KeepsEveryByte) {
-  // Lines of all lengths around the size of a piece, with NUL bytes at either end and in the middle.
-  std::string bytes;
-  Lines lines;
-  for (int length :
-       {0, 1, 2, 3, 1020, 1021, 1022, 1023, 1024, 2044, 2045, 2046, 2047, 2048, 4090, 4095, 4096}) {
-    for (int nul = -1; nul < 4; ++nul) {
-      std::string line(static_cast<std::size_t>(length), 'a');
-      if (length != 0 && nul >= 0) line[static_cast<std::size_t>((length - 1) * nul / 3)] = '\0';
-      bytes += line + "\n";
-      lines.push_back(line);
-    }
-  }
-  bytes += "end\0"s;
-  lines.push_back("end\0"s);
-  const TempFile temp(bytes);
-  std::FILE* const stream = _wfopen(temp.Path(), L"rt");
-  ASSERT_NE(stream, nullptr);
-  LineReader reader;
-  for (const std::string& line : lines) {
-    ASSERT_EQ(reader.Read(stream), LineReader::Result::kLine);
-    ASSERT_EQ(std::string(reader.Text(), reader.Length()), line);
-    ASSERT_EQ(reader.Text()[reader.Length()], '\0');
-  }
-  EXPECT_EQ(reader.Read(stream), LineReader::Result::kEnd);
-  fclose(stream);
 }
 
 // A reader that gives up on every second line without a word about it.

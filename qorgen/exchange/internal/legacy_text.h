@@ -1,13 +1,12 @@
 #pragma once
 
 // Lines and texts in the system's legacy Japanese encoding, for the files of this folder that are in it. One
-// reader and one text belong to one thread at a time.
+// text belongs to one thread at a time.
 
 #include <cstddef>
 #include <cstdio>
 
 #include "qorgen/afx/string.h"
-#include "qorgen/exchange/line_reader.h"
 
 namespace qorgen::exchange {
 
@@ -17,12 +16,14 @@ void SetJapaneseLocale();
 enum class LegacyLine {
   kEnd,         // there is no further line
   kRead,        // the line
+  kFailed,      // the stream reports an error, with errno
   kPassedOver,  // there was no memory for it; `line` is as it was
 };
 
-// Reads the next line, without its line ending and up to its first NUL byte, decoded whole: a character that
-// lies across two pieces of the reader does no harm. A read that fails throws CFileException* for `path`.
-LegacyLine ReadLegacyLine(LineReader& reader, std::FILE* stream, const CString& path, CString& line);
+// Reads the next line, without its line ending and up to its first NUL byte, decoded whole by the ANSI code page; a line
+// that ends in a line feed loses all carriage returns in front of it. `line` has room for kLinePadding more units
+// afterwards.
+LegacyLine ReadLegacyLine(std::FILE* stream, CString& line);
 
 // Writes the text as it comes back from the code page in a single pass, where the host can do that to this
 // stream; false where it can't, and ThroughCodePage comes before the stream's own writer. A write error

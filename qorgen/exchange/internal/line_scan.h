@@ -26,35 +26,44 @@ struct UnitSet {
   constexpr void Add(wchar_t unit) { units[count++] = unit; }
 };
 
-// Bit i is set where text[i] is `unit`, for 64 units.
-inline std::uint64_t MarkUnitPlain(const wchar_t* text, wchar_t unit) {
-  std::uint64_t marks = 0;
-  for (std::size_t i = 0; i < kMarkBlock; ++i) {
-    if (text[i] == unit) marks |= std::uint64_t{1} << i;
-  }
-  return marks;
-}
-
+// A block in the form in which its units are compared, each with an ASCII character.
+class UnitBlock {
+ public:
 #if defined(__SSE2__)
-// The same for 16 of the units, in the low bits: the comparison gives 0 or -1 per unit, which a byte holds as
-// well.
-inline std::uint64_t MarkSixteen(const wchar_t* text, __m128i unit) {
-  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + 8));
-  const __m128i equal = _mm_packs_epi16(_mm_cmpeq_epi16(low, unit), _mm_cmpeq_epi16(high, unit));
-  return static_cast<std::uint32_t>(_mm_movemask_epi8(equal));
-}
+  // As bytes: a unit above 255 becomes 255 or 0, and neither is ever looked for.
+  explicit UnitBlock(const wchar_t* text)
+      : bytes_{Pack(text), Pack(text + 16), Pack(text + 32), Pack(text + 48)} {}
 
-inline std::uint64_t MarkUnit(const wchar_t* text, wchar_t unit) {
-  const __m128i wanted = _mm_set1_epi16(static_cast<short>(unit));
-  return MarkSixteen(text, wanted) | MarkSixteen(text + 16, wanted) << 16 |
-         MarkSixteen(text + 32, wanted) << 32 | MarkSixteen(text + 48, wanted) << 48;
-}
+  // Bit i is set where unit i is `unit`, which is ASCII and not 0.
+  std::uint64_t Mark(wchar_t unit) const {
+    const __m128i wanted = _mm_set1_epi8(static_cast<char>(unit));
+    return Mask(bytes_[0], wanted) | Mask(bytes_[1], wanted) << 16 | Mask(bytes_[2], wanted) << 32 |
+           Mask(bytes_[3], wanted) << 48;
+  }
+
+ private:
+  static __m128i Pack(const wchar_t* text) {
+    return _mm_packus_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text)),
+                            _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + 8)));
+  }
+  static std::uint64_t Mask(__m128i bytes, __m128i wanted) {
+    return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, wanted)));
+  }
+
+  __m128i bytes_[4];
 #else
-inline std::uint64_t MarkUnit(const wchar_t* text, wchar_t unit) {
-  return MarkUnitPlain(text, unit);
-}
+  explicit UnitBlock(const wchar_t* text) : text_(text) {}
+
+  std::uint64_t Mark(wchar_t unit) const {
+    std::uint64_t marks = 0;
+    for (std::size_t i = 0; i < kMarkBlock; ++i) marks |= std::uint64_t{text_[i] == unit} << i;
+    return marks;
+  }
+
+ private:
+  const wchar_t* text_;
 #endif
+};
 
 inline constexpr std::size_t kCopyBlock = 8;
 
@@ -149,10 +158,10 @@ class LineMarks {
   }
 
   void Load(std::size_t block) {
-    const wchar_t* const text = text_ + block;
+    const UnitBlock units(text_ + block);
     delimiter_marks_ = 0;
-    for (int i = 0; i < delimiters_.count; ++i) delimiter_marks_ |= MarkUnit(text, delimiters_.units[i]);
-    quote_marks_ = quote_ != 0 ? MarkUnit(text, quote_) : 0;
+    for (int i = 0; i < delimiters_.count; ++i) delimiter_marks_ |= units.Mark(delimiters_.units[i]);
+    quote_marks_ = quote_ != 0 ? units.Mark(quote_) : 0;
     if (length_ - block < kMarkBlock) {
       const std::uint64_t inside = (std::uint64_t{1} << (length_ - block)) - 1;
       delimiter_marks_ &= inside;
@@ -205,9 +214,10 @@ class RegularLine {
     for (std::size_t at = 0; at < length; at += kMarkBlock) {
       const std::size_t left = length - at;
       const std::uint64_t valid = left < kMarkBlock ? (std::uint64_t{1} << left) - 1 : ~std::uint64_t{0};
+      const UnitBlock units(text + at);
       std::uint64_t ends = 0;
-      for (int i = 0; i < delimiters.count; ++i) ends |= MarkUnit(text + at, delimiters.units[i]);
-      const std::uint64_t quotes = quote != 0 ? MarkUnit(text + at, quote) & valid : 0;
+      for (int i = 0; i < delimiters.count; ++i) ends |= units.Mark(delimiters.units[i]);
+      const std::uint64_t quotes = quote != 0 ? units.Mark(quote) & valid : 0;
       const std::uint64_t inside = Parity(quotes) ^ inside_before;
       const std::uint64_t separators = ends & ~inside & valid;
       const std::uint64_t opening = quotes & inside;

@@ -18,15 +18,3 @@ int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...
   va_end(arguments);
   return length;
 }
-
-int qorgen_vfwprintf(FILE* stream, const wchar_t* format, va_list arguments) {
-  return __ms_vfwprintf(stream, format, arguments);
-}
-
-int qorgen_fwprintf(FILE* stream, const wchar_t* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int length = qorgen_vfwprintf(stream, format, arguments);
-  va_end(arguments);
-  return length;
-}

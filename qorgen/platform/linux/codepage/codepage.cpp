@@ -101,6 +101,9 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int uni
 BOOL IsDBCSLeadByte(BYTE byte) {
   return IsLead932(byte) ? TRUE : FALSE;
 }
+BOOL IsDBCSLeadByteEx(UINT codePage, BYTE byte) {
+  return Is932(codePage) ? IsDBCSLeadByte(byte) : FALSE;
+}
 UINT GetACP() {
   return 932;
 }

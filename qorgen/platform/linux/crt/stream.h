@@ -5,12 +5,16 @@
 // may open, look up and close different streams.
 
 #include <cstdio>
+#include <memory>
 
+#include "qorgen/platform/common/text_reader.h"
 #include "qorgen/platform/types.h"
 
 namespace qorgen::platform {
 
 enum class Encoding { kBinary, kAnsi, kUtf8, kUtf16 };
+
+inline constexpr unsigned kAnsiText = 932;
 
 struct StreamMode {
   char kind = 0;  // 'r', 'w' or 'a'
@@ -32,22 +36,20 @@ struct StreamState {
   FILE* stream = nullptr;
   HANDLE handle = nullptr;
   int descriptor = -1;
-  Encoding encoding = Encoding::kAnsi;
-  bool translate = true;  // line ends and Ctrl-Z
+  StreamText text;
   bool append = false;
   bool seekable = true;
-  // Whether the bytes in the C library's buffer may hold a Ctrl-Z; set as each piece is read from the file.
-  bool mayHoldEnd = false;
-  // Units that are read again first, last one on top, as long as the stream stands at `unreadPosition`: those
-  // pushed back and the second half of a surrogate pair that found no room.
-  wchar_t unread[8] = {};
-  int unreadCount = 0;
-  long unreadPosition = 0;
+  // Whether the bytes in the C library's buffer may hold a NUL or a Ctrl-Z; set as each piece is read from the file.
+  bool may_hold_control = false;
   // The first half of a surrogate pair that was written, waiting for the second at this position; 0 if none.
-  wchar_t highSurrogate = 0;
-  long highPosition = 0;
-  char* buffer = nullptr;
+  wchar_t high_surrogate = 0;
+  long high_position = 0;
+  // kBufferFront bytes, the C library's buffer, kLinePadding bytes.
+  std::unique_ptr<char[]> buffer;
 };
+
+// Room in front of a stream's buffer for the first bytes of a character that the next piece of the file ends.
+inline constexpr std::size_t kBufferFront = 16;
 
 // The state of a stream; null for a stream that others opened. Cheap for the stream used last.
 [[nodiscard]] StreamState* FindStream(FILE* stream);

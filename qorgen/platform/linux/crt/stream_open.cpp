@@ -9,6 +9,7 @@
 #include <new>
 #include <unordered_map>
 
+#include "qorgen/platform/codepage.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
@@ -64,10 +65,11 @@ ssize_t OnRead(void* cookie, char* bytes, size_t count) {
   if (!ReadFile(state->handle, bytes, static_cast<DWORD>(std::min<size_t>(count, 1u << 30)), &read,
                 nullptr)) {
     // The writing end of a pipe is gone: the end of the data.
-    if (GetLastError() == 109) return 0;
+    if (GetLastError() == ERROR_BROKEN_PIPE) return 0;
     return FailFromLastError();
   }
-  if (state->translate) state->mayHoldEnd = read != 0 && std::memchr(bytes, 0x1A, read) != nullptr;
+  state->may_hold_control =
+      read != 0 && (std::memchr(bytes, 0x1A, read) != nullptr || std::memchr(bytes, 0, read) != nullptr);
   return static_cast<ssize_t>(read);
 }
 
@@ -107,14 +109,23 @@ void Forget(const StreamState& state) {
 int OnClose(void* cookie) {
   auto* state = static_cast<StreamState*>(cookie);
   // A high surrogate whose partner never came.
-  const bool lost = state->highSurrogate != 0 && state->encoding == Encoding::kUtf8;
+  const bool lost = state->high_surrogate != 0;
   bool good = !lost || WriteAll(state->handle, "\xEF\xBF\xBD", 3);
   Forget(*state);
   const HANDLE handle = RemoveDescriptor(state->descriptor);
   good = (handle != nullptr && CloseHandle(handle)) && good;
-  delete[] state->buffer;
   delete state;
   return good ? 0 : FailFromLastError();
+}
+
+StreamText TextOf(Encoding encoding) {
+  StreamText text;
+  text.translate = encoding != Encoding::kBinary;
+  text.skips_mark = encoding == Encoding::kUtf8 || encoding == Encoding::kUtf16;
+  text.code_page = encoding == Encoding::kAnsi   ? kAnsiText
+                   : encoding == Encoding::kUtf8 ? CP_UTF8
+                                                 : kUtf16Text;
+  return text;
 }
 
 constexpr char kMark8[] = {'\xEF', '\xBB', '\xBF'};
@@ -129,7 +140,7 @@ bool SettleEncoding(StreamState& state, const StreamMode& mode, bool emptied) {
   long long position = 0;
   state.seekable = GetFileSizeEx(state.handle, &size) && Seek(state.handle, 0, FILE_CURRENT, position);
   if (!state.seekable) return true;
-  if (state.translate && !mode.IsUnicode() && mode.update && mode.kind != 'w' && size.QuadPart > 0) {
+  if (state.text.translate && !mode.IsUnicode() && mode.update && mode.kind != 'w' && size.QuadPart > 0) {
     // A Ctrl-Z that ends the file would keep everything that is written behind it from being read.
     char last = 0;
     DWORD read = 0;
@@ -142,7 +153,7 @@ bool SettleEncoding(StreamState& state, const StreamMode& mode, bool emptied) {
   long long start = 0;
   if (mode.IsUnicode()) {
     if (emptied || size.QuadPart == 0) {
-      const bool is8 = state.encoding == Encoding::kUtf8;
+      const bool is8 = mode.encoding == Encoding::kUtf8;
       if (mode.Writes() && !WriteAll(state.handle, is8 ? kMark8 : kMark16, is8 ? 3 : 2)) {
         FailFromLastError();
         return false;
@@ -155,16 +166,16 @@ bool SettleEncoding(StreamState& state, const StreamMode& mode, bool emptied) {
       const bool known =
           Seek(state.handle, 0, FILE_BEGIN, position) && ReadFile(state.handle, head, 3, &read, nullptr);
       if (read == 3 && std::equal(kMark8, kMark8 + 3, head)) {
-        state.encoding = Encoding::kUtf8;
+        state.text = TextOf(Encoding::kUtf8);
         start = 3;
       } else if (read >= 2 && std::equal(kMark16, kMark16 + 2, head)) {
-        state.encoding = Encoding::kUtf16;
+        state.text = TextOf(Encoding::kUtf16);
         start = 2;
       } else if (read >= 2 && std::equal(kMark16Big, kMark16Big + 2, head)) {
         errno = EINVAL;
         return false;
       } else if (known && mode.byMark) {
-        state.encoding = Encoding::kAnsi;
+        state.text = TextOf(Encoding::kAnsi);
       }
     }
   }
@@ -179,16 +190,14 @@ FILE* MakeStream(int descriptor, HANDLE handle, const StreamMode& mode, bool emp
   auto state = std::make_unique<StreamState>();
   state->handle = handle;
   state->descriptor = descriptor;
-  state->encoding = mode.encoding;
-  state->translate = mode.encoding != Encoding::kBinary;
+  state->text = TextOf(mode.encoding);
   state->append = mode.kind == 'a';
   if (!SettleEncoding(*state, mode, emptied)) return nullptr;
-  auto buffer = std::make_unique_for_overwrite<char[]>(kBufferSize);
+  state->buffer = std::make_unique<char[]>(kBufferFront + kBufferSize + kLinePadding);
   const char letters[] = {mode.kind, mode.update ? '+' : '\0', '\0'};
   FILE* stream = fopencookie(state.get(), letters, {OnRead, OnWrite, OnSeek, OnClose});
   if (stream == nullptr) return nullptr;
-  state->buffer = buffer.release();
-  setvbuf(stream, state->buffer, _IOFBF, kBufferSize);
+  setvbuf(stream, state->buffer.get() + kBufferFront, _IOFBF, kBufferSize);
   // From here on fclose ends the state.
   StreamState* kept = state.release();
   kept->stream = stream;

@@ -1,12 +1,13 @@
 // Text streams: what stands on disk, what comes back, and where the position is.
 
+#include "qorgen/platform/text_stream.h"
+
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/filesystem.h"
-#include "qorgen/platform/held_stream.h"
 #include "qorgen/platform/locale.h"
 
 #include "tests/support/scratch_folder.h"
@@ -24,21 +25,22 @@ class Stream : public testing::Test {
   FILE* Open(const wchar_t* mode) { return _wfopen(Path(), mode); }
   const wchar_t* Path() { return folder_.Path(L"stream.txt"); }
 
-  // Everything that fgetws gives through a buffer of `capacity`; or what a held stream gives.
-  std::string Lines(const wchar_t* mode, int capacity, const platform::HeldText* held = nullptr) {
-    FILE* stream = Open(mode);
-    if (stream == nullptr) return "(closed)";
-    if (held != nullptr) platform::HoldStream(stream, *held);
-    std::vector<wchar_t> buffer(static_cast<size_t>(capacity));
+  // What is left of a stream, in lines and in pieces of up to `room` units in turn.
+  static std::string Rest(FILE* stream, size_t room) {
     std::vector<wchar_t> all;
-    while ((held != nullptr ? platform::GetLine(buffer.data(), capacity, stream)
-                            : fgetws(buffer.data(), capacity, stream)) != nullptr) {
-      all.insert(all.end(), buffer.data(), buffer.data() + wcslen(buffer.data()));
+    std::vector<wchar_t> piece(room);
+    for (;;) {
+      const std::ptrdiff_t count = platform::GetText(piece.data(), room, stream);
+      if (count <= 0) break;
+      all.insert(all.end(), piece.begin(), piece.begin() + count);
+      platform::StreamLine line;
+      if (line.Read(stream) != platform::LineResult::kLine) continue;
+      std::vector<wchar_t> units(line.Bytes().length + platform::kLinePadding);
+      const size_t length = line.Decode(units.data(), false);
+      all.insert(all.end(), units.data(), units.data() + length);
+      if (line.Bytes().ended) all.push_back(L'\n');
     }
     all.push_back(0);
-    EXPECT_TRUE(feof(stream));
-    platform::ReleaseStream(stream);
-    fclose(stream);
     return Utf8(all.data());
   }
 
@@ -52,34 +54,17 @@ struct ReadRow {
   std::string text;
 };
 
-TEST_F(Stream, WideTextReadsTheSameThroughEveryBufferSize) {
+TEST_F(Stream, EveryModeReadsItsText) {
   const ReadRow rows[] = {
-      {"ansi line ends", L"rt", "a\r\nb\nc\rd\r\r\ne", "a\nb\nc\rd\r\ne"},
-      {"ansi characters", L"rt", "\x93\xFA\x96{\xB1\r\n\x83\\", "日本ｱ\nソ"},
-      {"ansi end mark", L"r",
-       "ab\x1A"
-       "cd",
-       "ab"},
-      {"ansi cr at the end", L"rt", "ab\r", "ab\r"},
+      {"ansi", L"rt",
+       "\x93\xFA\x96{\r\n\xB1\x83\\\na\rb\x1A"
+       "c",
+       "日本\nｱソ\na\rb"},
       {"utf8 with mark", L"rt,ccs=UTF-8", "\xEF\xBB\xBF日本\r\n𠮷野家\r\n", "日本\n𠮷野家\n"},
       {"utf8 without mark", L"rt,ccs=UTF-8", "é\n日", "é\n日"},
-      {"utf8 mark inside is text", L"rt,ccs=UTF-8",
-       "a\n\xEF\xBB\xBF"
-       "b",
-       "a\n\xEF\xBB\xBF"
-       "b"},
-      {"utf8 end mark", L"rt,ccs=UTF-8", "日\x1A日", "日"},
-      {"utf8 invalid", L"rt,ccs=UTF-8",
-       "a\xFF"
-       "b\xE3\x81\nc",
-       "a\xEF\xBF\xBD"
-       "b\xEF\xBF\xBD\nc"},
-      {"utf8 cut", L"rt,ccs=UTF-8", "ab\xF0\x9F\x98", "ab\xEF\xBF\xBD"},
       {"utf16 with mark", L"rt,ccs=UTF-16LE", std::string("\xFF\xFE\xE5\x65\r\0\n\0\x0D\0b\0", 12),
        "日\n\rb"},
       {"utf16 without mark", L"rt,ccs=UTF-16LE", std::string("a\0\n\0b\0", 6), "a\nb"},
-      {"utf16 end mark", L"rt,ccs=UTF-16LE", std::string("a\0\x1A\0b\0", 6), "a"},
-      {"utf16 odd byte", L"rt,ccs=UTF-16LE", std::string("a\0b\0c", 5), "ab"},
       {"the file's mark wins over utf8", L"rt,ccs=UTF-8",
        std::string("\xFF\xFE"
                    "a\0",
@@ -90,18 +75,26 @@ TEST_F(Stream, WideTextReadsTheSameThroughEveryBufferSize) {
        "a",
        "a"},
       {"unicode without mark is ansi", L"rt,ccs=UNICODE", "\x93\xFA", "日"},
-      {"empty", L"rt,ccs=UTF-8", "", ""},
+      {"binary", L"rb", std::string("a\0\r\0\n\0b\0", 8), "a\r\nb"},
   };
   for (const ReadRow& row : rows) {
     ASSERT_TRUE(PutFile(Path(), row.bytes));
     const bool marked = row.bytes.substr(0, 2) == "\xFF\xFE" || row.bytes.substr(0, 3) == "\xEF\xBB\xBF";
     const bool unicode = marked || wcsstr(row.mode, L"UTF-8") != nullptr;
-    const auto held = unicode ? platform::HeldText::kUnicode : platform::HeldText::kAnsi;
-    for (const int capacity : {2, 3, 4, 5, 1000}) {
-      EXPECT_EQ(row.text, Lines(row.mode, capacity)) << row.name << ", buffer of " << capacity;
-      // What holds a stream can't know that it is UTF-16 without a mark.
-      if (!unicode && wcsstr(row.mode, L"UTF-16") != nullptr) continue;
-      EXPECT_EQ(row.text, Lines(row.mode, capacity, &held)) << row.name << ", held, buffer of " << capacity;
+    // What holds a stream can't know that it is binary, or UTF-16 without a mark.
+    const bool holds = row.mode[1] == L't' && (unicode || wcsstr(row.mode, L"UTF-16") == nullptr);
+    for (const bool held : {false, true}) {
+      for (const size_t room : {1, 2, 3, 1000}) {
+        FILE* stream = Open(row.mode);
+        ASSERT_NE(nullptr, stream) << row.name;
+        if (held && holds) {
+          platform::HoldStream(stream, unicode ? platform::HeldText::kUnicode : platform::HeldText::kAnsi);
+        }
+        EXPECT_EQ(row.text, Rest(stream, room))
+            << row.name << (held ? ", held" : "") << ", room for " << room;
+        platform::ReleaseStream(stream);
+        fclose(stream);
+      }
     }
   }
 }
@@ -164,68 +157,45 @@ TEST_F(Stream, CharacterWithoutCodeEndsTheWriting) {
   EXPECT_EQ("ab", GetFile(Path()));
 }
 
-TEST_F(Stream, NarrowLinesWriteTheirDataAndOneTerminator) {
-  ASSERT_TRUE(PutFile(Path(), std::string("ab\r\n\0x\r\ncdef\r\n\r\n12\r3", 20)));
-  FILE* stream = Open(L"rt");
-  struct Row {
-    int capacity;
-    std::string line;
-    long position;
-  };
-  const Row rows[] = {{16, "ab\n", 4}, {16, std::string("\0x\n", 3), 8},
-                      {5, "cdef", 12}, {2, "\n", 14},
-                      {16, "\n", 16},  {4, "12\r", 19},
-                      {16, "3", 20}};
-  for (const Row& row : rows) {
-    std::string buffer(32, '\x7E');
-    ASSERT_NE(nullptr, fgets(buffer.data(), row.capacity, stream)) << row.position;
-    EXPECT_EQ(row.line + '\0' + std::string(31 - row.line.size(), '\x7E'), buffer);
-    EXPECT_EQ(row.position, ftell(stream));
-  }
-  char rest[8];
-  EXPECT_EQ(nullptr, fgets(rest, 8, stream));
-  EXPECT_TRUE(feof(stream));
-  rewind(stream);
-  EXPECT_FALSE(feof(stream));
-  EXPECT_STREQ("ab\n", fgets(rest, 8, stream));
+TEST_F(Stream, HeldStreamsStandBehindWhatWasRead) {
+  ASSERT_TRUE(PutFile(Path(), "\xEF\xBB\xBF日\r\nab\r\n" + std::string(70000, 'x') + "\r\n𠮷\n"));
+  FILE* stream = Open(L"rt,ccs=UTF-8");
+  platform::HoldStream(stream, platform::HeldText::kUnicode);
+  wchar_t units[8];
+  platform::StreamLine line;
+  EXPECT_EQ(1, platform::GetText(units, 1, stream));
+  EXPECT_EQ(6, platform::TellStream(stream));
+  EXPECT_EQ(1, platform::GetText(units, 8, stream));
+  EXPECT_EQ(8, platform::TellStream(stream));
+  EXPECT_EQ(0, platform::SeekStream(stream, 9, SEEK_SET));
+  EXPECT_EQ(platform::LineResult::kLine, line.Read(stream));
+  EXPECT_EQ(1u, line.Bytes().length);
+  // Across the edge of the buffer, and the half of a pair that finds no room.
+  EXPECT_EQ(platform::LineResult::kLine, line.Read(stream));
+  EXPECT_EQ(70000u, line.Bytes().length);
+  EXPECT_EQ(70014, platform::TellStream(stream));
+  EXPECT_EQ(1, platform::GetText(units, 1, stream));
+  EXPECT_EQ(70018, platform::TellStream(stream));
+  EXPECT_EQ(2, platform::GetText(units, 8, stream));
+  EXPECT_EQ(0xDFB7, units[0]);
+  EXPECT_EQ(0, platform::GetText(units, 8, stream));
+  platform::ReleaseStream(stream);
   fclose(stream);
 }
 
-TEST_F(Stream, LineEndAcrossTheEdgeOfTheBuffer) {
-  for (size_t length = 65530; length <= 65540; ++length) {
-    const std::string line(length, 'a');
-    ASSERT_TRUE(PutFile(Path(), line + "\r\nb\x93\xFA"));
-    FILE* stream = Open(L"rt");
-    std::string buffer(70000, '\0');
-    ASSERT_NE(nullptr, fgets(buffer.data(), 70000, stream));
-    EXPECT_EQ(line + "\n", buffer.c_str());
-    wchar_t wide[8];
-    EXPECT_TEXT(L"b日", fgetws(wide, 8, stream));
-    fclose(stream);
-  }
-  for (size_t length = 65524; length <= 65540; ++length) {
-    ASSERT_TRUE(PutFile(Path(), std::string(length, 'a') + "𠮷\r\n日"));
-    FILE* stream = Open(L"rt,ccs=UTF-8");
-    std::vector<wchar_t> buffer(70000);
-    ASSERT_NE(nullptr, fgetws(buffer.data(), 70000, stream));
-    EXPECT_TEXT(L"𠮷\n", buffer.data() + length);
-    EXPECT_TEXT(L"日", fgetws(buffer.data(), 8, stream));
-    fclose(stream);
-  }
-}
-
-TEST_F(Stream, MarksAndPlacesOfAUnicodeStream) {
-  ASSERT_TRUE(PutFile(Path(), "\xEF\xBB\xBF日\r\nab\r\n"));
-  FILE* stream = Open(L"rt,ccs=UTF-8");
-  wchar_t buffer[8];
-  EXPECT_EQ(3, ftell(stream));
-  EXPECT_TEXT(L"日", fgetws(buffer, 2, stream));
-  EXPECT_TEXT(L"\n", fgetws(buffer, 8, stream));
-  EXPECT_EQ(0, fseek(stream, 9, SEEK_SET));
-  EXPECT_EQ(static_cast<wint_t>(L'b'), fgetwc(stream));
-  EXPECT_EQ(static_cast<wint_t>(L'z'), ungetwc(L'z', stream));
-  EXPECT_TEXT(L"z\n", fgetws(buffer, 8, stream));
-  EXPECT_EQ(WEOF, fgetwc(stream));
+TEST_F(Stream, EndMarkEndsAtTheEndOfTheFile) {
+  ASSERT_TRUE(PutFile(Path(),
+                      "ab\r\n\x1A"
+                      "cd\r\n"));
+  FILE* stream = Open(L"rt");
+  platform::HoldStream(stream, platform::HeldText::kAnsi);
+  EXPECT_EQ("ab\n", Rest(stream, 1));
+  EXPECT_EQ(9, platform::TellStream(stream));
+  EXPECT_EQ(0, platform::SeekStream(stream, 0, SEEK_SET));
+  char bytes[8];
+  EXPECT_EQ(3, platform::GetBytes(bytes, 8, stream));
+  EXPECT_EQ("ab\n", std::string(bytes, 3));
+  platform::ReleaseStream(stream);
   fclose(stream);
 }
 
@@ -259,11 +229,7 @@ TEST_F(Stream, DescriptorOfAHandleBecomesAStream) {
   FILE* stream = _wfdopen(descriptor, L"w+t");
   ASSERT_NE(nullptr, stream);
   EXPECT_EQ(descriptor, _fileno(stream));
-  fputs("a\nb\n", stream);
-  rewind(stream);
-  char line[8];
-  EXPECT_STREQ("a\n", fgets(line, 8, stream));
-  EXPECT_EQ(3, ftell(stream));
+  EXPECT_TRUE(platform::PutBytes("a\nb\n", 4, stream));
   fclose(stream);
   EXPECT_EQ("a\r\nb\r\n", GetFile(Path()));
   EXPECT_EQ(-1, _close(descriptor));
@@ -272,17 +238,10 @@ TEST_F(Stream, DescriptorOfAHandleBecomesAStream) {
 TEST_F(Stream, UpdateDropsAnEndMarkAtTheEnd) {
   ASSERT_TRUE(PutFile(Path(), "ab\x1A"));
   FILE* stream = Open(L"a+t");
-  fputs("c\n", stream);
+  EXPECT_TRUE(platform::PutBytes("c\n", 2, stream));
   fclose(stream);
   // Wine leaves the mark where it is.
   EXPECT_TRUE(HoldsExceptOnWine(GetFile(Path()) == "abc\r\n"));
-}
-
-TEST_F(Stream, FormattedTextGoesThroughTheSameTranslation) {
-  FILE* stream = Open(L"wt,ccs=UTF-8");
-  EXPECT_EQ(5, fwprintf(stream, L"%s=%d\n", L"金", 12));
-  fclose(stream);
-  EXPECT_EQ("\xEF\xBB\xBF金=12\r\n", GetFile(Path()));
 }
 
 }  // namespace

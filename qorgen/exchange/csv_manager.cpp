@@ -20,6 +20,7 @@ using qorgen::exchange::CopyToQuoteWithin;
 using qorgen::exchange::FieldList;
 using qorgen::exchange::IsSpace;
 using qorgen::exchange::kCopySlack;
+using qorgen::exchange::kMarkBlock;
 using qorgen::exchange::LineMarks;
 using qorgen::exchange::MayBeSpace;
 using qorgen::exchange::RegularLine;
@@ -75,53 +76,29 @@ constexpr std::array<UnitSet, 64> kDelimiterSets = [] {
 }();
 static_assert(kDelimiterSets[0].count == 0 && kDelimiterSets[63].count == 6);
 
-// Adds a field in which every pair of quotes becomes one, from the left.
-[[gnu::noinline]] void AddFolded(FieldList& fields, const wchar_t* text, std::size_t length, wchar_t quote) {
-  wchar_t* const folded = fields.Append(text, length);
-  wchar_t* out = folded;
-  for (std::size_t i = 0; i < length; ++i) {
-    const wchar_t unit = folded[i];
-    *out++ = unit;
-    if (unit == quote && i + 1 < length && folded[i + 1] == quote) ++i;
-  }
-  *out = 0;
-  fields.CutLast(static_cast<std::size_t>(out - folded));
-}
-
 // Cuts a line whose quotes stand as a writer puts them; false, with nothing done, for any other.
 bool SplitRegular(FieldList& fields, const wchar_t* text, std::size_t length, const UnitSet& delimiters,
                   wchar_t quote) {
   RegularLine line;
   if (!line.Read(text, length, delimiters, quote)) return false;
-  std::size_t block = 0;
-  std::uint64_t left = line.Separators(0);
-  std::size_t begin = 0;
-  const auto next = [&]() -> FieldList::Span {
-    while (left == 0 && block + 1 < line.Blocks()) left = line.Separators(++block);
-    std::size_t end = length;
-    if (left != 0) {
-      end = block * qorgen::exchange::kMarkBlock + static_cast<std::size_t>(std::countr_zero(left));
-      left &= left - 1;
-    } else if (begin > length) {
-      return {nullptr, 0};
+  const std::size_t first = fields.Count();
+  fields.AddSpans(line.Blocks() * kMarkBlock + 1, [&](FieldList::Span* to) {
+    std::size_t begin = 0;
+    const auto put = [&](std::size_t end) {
+      const std::size_t quotes = quote != 0 && text[begin] == quote ? 1 : 0;
+      *to++ = {text + begin + quotes, end - begin - 2 * quotes};
+      begin = end + 1;
+    };
+    for (std::size_t block = 0; block < line.Blocks(); ++block) {
+      for (std::uint64_t left = line.Separators(block); left != 0; left &= left - 1) {
+        put(block * kMarkBlock + static_cast<std::size_t>(std::countr_zero(left)));
+      }
     }
-    const std::size_t quotes = text[begin] == quote && quote != 0 ? 1 : 0;
-    const FieldList::Span span = {text + begin + quotes, end - begin - 2 * quotes};
     // Behind the last separator there is one more field, which may be empty.
-    begin = end + 1;
-    return span;
-  };
-  if (!line.HasPairs()) {
-    fields.AddSpans(line.Blocks() * qorgen::exchange::kMarkBlock + 1, next);
-    return true;
-  }
-  for (FieldList::Span span = next(); span.text != nullptr; span = next()) {
-    if (wmemchr(span.text, quote, span.length) != nullptr) {
-      AddFolded(fields, span.text, span.length, quote);
-    } else {
-      fields.AddSpan(span.text, span.length);
-    }
-  }
+    put(length);
+    return to;
+  });
+  if (line.HasPairs()) fields.Fold(first, quote);
   return true;
 }
 
@@ -247,11 +224,8 @@ void CQorCSVManager::Split(const CString& line) {
       // What stands between the closing quote and the next delimiter is dropped; without a closing quote the
       // field takes the whole rest.
       rest = marks.IsKnownDelimiter(closing + 1) ? closing + 1 : marks.NextDelimiter(closing);
-      if (pairs) {
-        AddFolded(fields, text + field, closing - field, quote);
-      } else {
-        fields.AddSpan(text + field, closing - field);
-      }
+      fields.AddSpan(text + field, closing - field);
+      if (pairs) fields.Fold(fields.Count() - 1, quote);
     } else {
       rest = marks.NextDelimiter(rest);
       fields.AddSpan(text + field, rest - field);

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "qorgen/platform/crt.h"
+
 namespace qorgen::exchange {
 namespace {
 
@@ -76,10 +78,24 @@ wchar_t* FieldList::Store(const wchar_t* text, std::size_t length) {
   return place;
 }
 
-wchar_t* FieldList::Append(const wchar_t* text, std::size_t length) {
-  wchar_t* const place = Store(text, length);
-  Add(place, length);
-  return place;
+void FieldList::Append(const wchar_t* text, std::size_t length) {
+  Add(Store(text, length), length);
+}
+
+void FieldList::Fold(std::size_t first, wchar_t quote) {
+  for (std::size_t i = first; i < count_; ++i) {
+    Span& field = fields_[i];
+    if (wmemchr(field.text, quote, field.length) == nullptr) continue;
+    wchar_t* const folded = Store(field.text, field.length);
+    wchar_t* out = folded;
+    for (std::size_t at = 0; at < field.length; ++at) {
+      const wchar_t unit = folded[at];
+      *out++ = unit;
+      if (unit == quote && at + 1 < field.length && folded[at + 1] == quote) ++at;
+    }
+    *out = L'\0';
+    field = {folded, static_cast<std::size_t>(out - folded)};
+  }
 }
 
 void FieldList::TerminateAll() {

@@ -12,7 +12,6 @@
 #include "qorgen/exchange/internal/field_list.h"
 #include "qorgen/exchange/internal/plain_number.h"
 #include "qorgen/exchange/internal/text_reuse.h"
-#include "qorgen/exchange/internal/text_store.h"
 #include "qorgen/exchange/internal/white_space.h"
 #include "qorgen/platform/automation.h"
 #include "qorgen/platform/crt.h"
@@ -23,15 +22,12 @@ namespace {
 using qorgen::exchange::BorrowedText;
 using qorgen::exchange::IsBlank;
 using qorgen::exchange::IsWastefulText;
-using qorgen::exchange::kStorePadding;
 using qorgen::exchange::MayBeSpace;
 using qorgen::exchange::PlainDecimal;
 using qorgen::exchange::ReadPlainDecimal;
 using qorgen::exchange::ReadPlainInteger;
-using qorgen::exchange::StorePadded;
-using qorgen::exchange::StorePlain;
 
-// Room of the work text: enough for nearly all fields, and for copies of them in whole blocks.
+// Room of the work text: enough for nearly all fields.
 constexpr int kWorkRoom = 64;
 
 // Indexed by TypeError.
@@ -67,6 +63,13 @@ bool IsOneOf(const CString& text, const wchar_t* const* words, std::size_t count
 template <typename Value>
 void Store(void* target, Value value) {
   if (target != nullptr) std::memcpy(target, &value, sizeof value);
+}
+
+// The text and zeros behind it, `room` characters in all; length < room.
+void StoreChars(void* target, const wchar_t* text, std::size_t length, std::size_t room) {
+  auto* const bytes = static_cast<unsigned char*>(target);
+  std::memcpy(bytes, text, length * sizeof(wchar_t));
+  std::memset(bytes + length * sizeof(wchar_t), 0, (room - length) * sizeof(wchar_t));
 }
 
 void* Target(void* record, const QorTypeCheckInfoTable& column) {
@@ -193,8 +196,8 @@ int CQorTypeConverter::ConvertInPlace(const qorgen::exchange::FieldList& fields,
     switch (column.typeFlags & TYPECHECK_TYPEMASK) {
       case TYPECHECK_STRING:
         if (length != 0 && length <= column.size && target != nullptr && !MayBeSpace(text[0])) {
-          StorePadded(target, text, static_cast<std::size_t>(length),
-                      static_cast<std::size_t>(column.size) + 1);
+          StoreChars(target, text, static_cast<std::size_t>(length),
+                     static_cast<std::size_t>(column.size) + 1);
           continue;
         }
         converted = StoreText(column, text, length, target);
@@ -254,14 +257,7 @@ int CQorTypeConverter::ConvertOneItem(QorTypeCheckInfoTable* column, CString& te
 
 int CQorTypeConverter::ConvertString(QorTypeCheckInfoTable* column, CString& text, void* target) {
   if (column == nullptr) return 0;
-  const int length = text.GetLength();
-  // The frequent case: a text that fits and isn't blank, in a block that may be read beyond its end.
-  if (length != 0 && length <= column->size && target != nullptr && !MayBeSpace(*text.GetString()) &&
-      text.GetAllocLength() - length >= kStorePadding) {
-    StorePadded(target, text, static_cast<std::size_t>(length), static_cast<std::size_t>(column->size) + 1);
-    return 1;
-  }
-  return StoreText(*column, text, length, target);
+  return StoreText(*column, text, text.GetLength(), target);
 }
 
 int CQorTypeConverter::ConvertNumeral(QorTypeCheckInfoTable* column, CString& text, void* target) {
@@ -283,7 +279,7 @@ int CQorTypeConverter::StoreText(const QorTypeCheckInfoTable& column, const wcha
   if (IsBlank(text, length)) length = 0;
   if (target != nullptr && column.size >= 0) {
     const auto room = static_cast<std::size_t>(column.size) + 1;
-    StorePlain(target, text, std::min(static_cast<std::size_t>(length), room - 1), room);
+    StoreChars(target, text, std::min(static_cast<std::size_t>(length), room - 1), room);
   }
   if (length > column.size && column.check != 0) {
     SetError(column.name, TYPEERROR_LENGTH, nullptr);

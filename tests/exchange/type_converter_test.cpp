@@ -11,7 +11,6 @@
 #include "qorgen/afx/string.h"
 #include "qorgen/calendar/date_record.h"
 #include "qorgen/exchange/internal/plain_number.h"
-#include "qorgen/exchange/internal/text_store.h"
 #include "qorgen/platform/automation.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/text/string_util.h"
@@ -459,21 +458,6 @@ TEST(TypeConverter, DerivedClassesConvertAlike) {
     for (int i = 0; i < plain.GetErrorCount(); ++i) {
       ASSERT_EQ(plain.GetErrorKind(i), derived.GetErrorKind(i));
       ASSERT_TEXT(plain.GetErrorMessage(i), derived.GetErrorMessage(i));
-    }
-  }
-}
-
-TEST(TypeConverter, StoresPaddedTextAsThePlainWayDoes) {
-  const wchar_t text[80] = L"0123456789012345678901234567890123456789012345678901234567890123456789";
-  for (std::size_t room = 1; room <= 60; ++room) {
-    for (std::size_t length = 0; length < room; ++length) {
-      unsigned char one[130];
-      std::memset(one, 0xA5, sizeof one);
-      unsigned char two[130];
-      std::memset(two, 0xA5, sizeof two);
-      qorgen::exchange::StorePlain(one + 1, text, length, room);
-      qorgen::exchange::StorePadded(two + 1, text, length, room);
-      ASSERT_EQ(std::memcmp(one, two, sizeof one), 0) << length << " of " << room;
     }
   }
 }

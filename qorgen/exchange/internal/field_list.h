@@ -38,8 +38,8 @@ class FieldList {
   // Removes the fields; the block stays for the next line.
   void Clear() noexcept;
 
-  // Appends a copy of `length` characters of `text`, which may be a field of this list. Gives the copy, terminated.
-  wchar_t* Append(const wchar_t* text, std::size_t length);
+  // Appends a copy of `length` characters of `text`, which may be a field of this list.
+  void Append(const wchar_t* text, std::size_t length);
 
   // Appends a field that lies elsewhere, in the block of a CString from its start on, and stays there until Own or the
   // next Clear or BeginLine.
@@ -61,20 +61,19 @@ class FieldList {
     Add(text, length);
     open_ = count_;
   }
-  // Makes fields, at most `most`, of the stretches of the line that `next` gives, until it gives none.
+  // Makes fields, at most `most`, of the stretches of the line that `write` puts behind its argument; it gives the end
+  // of what it wrote.
   struct Span {
-    const wchar_t* text;  // null for none
+    const wchar_t* text;
     std::size_t length;
   };
-  template <typename NextSpan>
-  void AddSpans(std::size_t most, NextSpan next) {
+  template <typename Write>
+  void AddSpans(std::size_t most, Write write) {
     while (room_ - count_ < most) Grow();
-    Span* to = fields_.get() + count_;
-    for (Span span = next(); span.text != nullptr; span = next()) *to++ = span;
-    open_ = count_ = static_cast<std::size_t>(to - fields_.get());
+    open_ = count_ = static_cast<std::size_t>(write(fields_.get() + count_) - fields_.get());
   }
-  // Makes the last field `length` characters long, for one that Append has made.
-  void CutLast(std::size_t length) { fields_[count_ - 1].length = length; }
+  // Makes each pair of quotes one, from the left, in the fields from `first` on.
+  void Fold(std::size_t first, wchar_t quote);
 
   // Characters that can be read behind the end of a line: one block of the scanner.
   static constexpr std::size_t kPadding = 64;

@@ -10,6 +10,9 @@ namespace qorgen::platform {
 // Bytes behind a padded window, and behind every line, that may be read and hold nothing in particular.
 inline constexpr std::size_t kLinePadding = 64;
 
+// Whether NUL or Ctrl-Z is among the bytes.
+[[nodiscard]] bool HoldsControl(const void* bytes, std::size_t length);
+
 // The bytes that have been read ahead and not been taken: [at, end).
 class ByteWindow {
  public:

@@ -182,6 +182,11 @@ bool TakeUnit(ByteWindow& window, const StreamText& text, Units& units) {
 
 }  // namespace
 
+bool HoldsControl(const void* bytes, std::size_t length) {
+  return length != 0 &&
+         (std::memchr(bytes, kEnd, length) != nullptr || std::memchr(bytes, 0, length) != nullptr);
+}
+
 LineResult ReadLine(ByteWindow& window, StreamText& text, LineBlock& block, std::size_t limit,
                     LineBytes& line) {
   SkipMark(window, text);

@@ -77,8 +77,7 @@ class Held final : public ByteWindow {
         return false;
       }
       if (read == 0) return false;
-      may_hold_control =
-          may_hold_control || std::memchr(to, 0x1A, read) != nullptr || std::memchr(to, 0, read) != nullptr;
+      may_hold_control = may_hold_control || HoldsControl(to, read);
       end += read;
     }
     return true;

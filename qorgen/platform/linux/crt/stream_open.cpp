@@ -68,8 +68,7 @@ ssize_t OnRead(void* cookie, char* bytes, size_t count) {
     if (GetLastError() == ERROR_BROKEN_PIPE) return 0;
     return FailFromLastError();
   }
-  state->may_hold_control =
-      read != 0 && (std::memchr(bytes, 0x1A, read) != nullptr || std::memchr(bytes, 0, read) != nullptr);
+  state->may_hold_control = HoldsControl(bytes, read);
   return static_cast<ssize_t>(read);
 }
 

@@ -1,4 +1,4 @@
-#include "qorgen/files/file_version.h"
+#include "qorgen/files/internal/file_version.h"
 
 #include <new>
 

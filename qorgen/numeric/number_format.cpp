@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "qorgen/afx/memory.h"
+#include "qorgen/numeric/internal/number_parse.h"
+#include "qorgen/numeric/internal/number_text.h"
 #include "qorgen/numeric/num_util.h"
-#include "qorgen/numeric/number_parse.h"
-#include "qorgen/numeric/number_text.h"
 
 using qorgen::AllocateText;
 using qorgen::numeric::DecimalText;

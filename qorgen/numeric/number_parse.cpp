@@ -1,6 +1,6 @@
 // Text to numbers.
 
-#include "qorgen/numeric/number_parse.h"
+#include "qorgen/numeric/internal/number_parse.h"
 
 #include <algorithm>
 #include <charconv>

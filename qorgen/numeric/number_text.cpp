@@ -1,6 +1,6 @@
 // Numbers to plain text.
 
-#include "qorgen/numeric/number_text.h"
+#include "qorgen/numeric/internal/number_text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -11,8 +11,8 @@
 #include <iterator>
 
 #include "qorgen/afx/memory.h"
+#include "qorgen/numeric/internal/rounding.h"
 #include "qorgen/numeric/num_util.h"
-#include "qorgen/numeric/rounding.h"
 
 namespace qorgen::numeric {
 namespace {

@@ -1,6 +1,6 @@
 // Rounding to a decimal place, and integers scaled by a power of ten.
 
-#include "qorgen/numeric/rounding.h"
+#include "qorgen/numeric/internal/rounding.h"
 
 #include <algorithm>
 #include <bit>

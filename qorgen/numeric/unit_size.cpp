@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "qorgen/numeric/internal/number_text.h"
 #include "qorgen/numeric/num_util.h"
-#include "qorgen/numeric/number_text.h"
 
 using qorgen::numeric::NumberText;
 

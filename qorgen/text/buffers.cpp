@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"
 
 using namespace qorgen::text;

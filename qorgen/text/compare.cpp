@@ -1,8 +1,8 @@
 // Comparison and matching.
 
 #include "qorgen/afx/array.h"
-#include "qorgen/text/find_text.h"
-#include "qorgen/text/keys.h"
+#include "qorgen/text/internal/find_text.h"
+#include "qorgen/text/internal/keys.h"
 #include "qorgen/text/string_util.h"
 
 namespace qorgen::text {

@@ -2,7 +2,7 @@
 // and Perrin
 // ("Two-way string-matching", Journal of the ACM 38, 1991) for long ones.
 
-#include "qorgen/text/find_text.h"
+#include "qorgen/text/internal/find_text.h"
 
 namespace qorgen::text {
 namespace {

@@ -1,6 +1,6 @@
 // The folding of kana and letters.
 
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"
 
 namespace qorgen::text {

@@ -1,6 +1,6 @@
 // Search and sort keys.
 
-#include "qorgen/text/keys.h"
+#include "qorgen/text/internal/keys.h"
 
 #include "qorgen/text/string_util.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"
 
 namespace qorgen::text {

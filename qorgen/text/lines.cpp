@@ -4,7 +4,7 @@
 #include "qorgen/afx/memory.h"
 #include "qorgen/numeric/num_util.h"
 #include "qorgen/platform/crt.h"
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"
 
 using namespace qorgen::text;

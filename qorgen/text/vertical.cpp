@@ -1,6 +1,6 @@
 // Numerals for vertical writing.
 
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"
 
 namespace qorgen::text {

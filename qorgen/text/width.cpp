@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"
 
 namespace qorgen::text {

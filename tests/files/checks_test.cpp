@@ -1,6 +1,6 @@
 
 #include "qorgen/files/file_util.h"
-#include "qorgen/files/file_version.h"
+#include "qorgen/files/internal/file_version.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 

@@ -1,6 +1,6 @@
 
 #include "qorgen/afx/array.h"
-#include "qorgen/text/find_text.h"
+#include "qorgen/text/internal/find_text.h"
 #include "qorgen/text/string_util.h"
 
 #include "tests/support/testing.h"

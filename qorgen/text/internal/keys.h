@@ -3,7 +3,7 @@
 // The pipelines of search keys, sort keys and folded comparison, each in one pass. Shared by the sources of
 // this folder; pure functions.
 
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 
 namespace qorgen::text {
 

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "qorgen/text/width_table.h"
+#include "qorgen/text/internal/width_table.h"
 
 namespace qorgen::text {
 

@@ -2,7 +2,7 @@
 
 // Substring search by unit value. Pure functions.
 
-#include "qorgen/text/convert.h"
+#include "qorgen/text/internal/convert.h"
 
 namespace qorgen::text {
 

@@ -3,7 +3,7 @@
 // The rows of kana that take a voicing mark, and the folding of single kana. Pure functions, the same for a
 // text in any width; what they don't name they give back as it is.
 
-#include "qorgen/text/width_table.h"
+#include "qorgen/text/internal/width_table.h"
 
 namespace qorgen::text {
 

@@ -13,8 +13,8 @@
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/afx/string.h"
-#include "qorgen/text/kana_table.h"
-#include "qorgen/text/unit_map.h"
+#include "qorgen/text/internal/kana_table.h"
+#include "qorgen/text/internal/unit_map.h"
 
 namespace qorgen::text {
 

@@ -70,7 +70,7 @@ void QorRangeSelectInfo::SelectToday(short count, int around) {
 
 CRangeSelector::~CRangeSelector() = default;
 
-QorRangeSelectorType CRangeSelector::GetType() const {
+QorRangeSelectorType CRangeSelector::GetType() {
   return m_type;
 }
 

@@ -52,7 +52,7 @@ class QORGEN_API CRangeSelector {
   CRangeSelector& operator=(const CRangeSelector&) = default;
   virtual ~CRangeSelector();
 
-  virtual QorRangeSelectorType GetType() const;
+  virtual QorRangeSelectorType GetType();
 
  protected:
   void SetType(QorRangeSelectorType type);

@@ -24,6 +24,9 @@ bool Close(CQorCSVFile& file) {
   }
 }
 
+// In fields: the list of quotes grows with every row up to here, and would grow with the whole file otherwise.
+constexpr int kWidestLine = 0x10000;
+
 void Remove(const wchar_t* path) {
   if (CQorFileUtil::IsExistFile(path) != 0) CQorFileUtil::DeleteFileW(path);
 }
@@ -58,8 +61,8 @@ struct CQorExportBase::Run {
       base.GetExportField(base.exportInfo[i], base.row, text, field_quotes, output);
       if (output != 0) {
         manager->BorrowText(text);
-        // No line has more fields than there are columns, so entries behind that number would never be read.
-        if (quote_entries < base.exportInfoCount) {
+        // Entries go by the place of a field in its line, so those behind the widest line are never read.
+        if (quote_entries < kWidestLine) {
           manager->AddQuate(field_quotes);
           ++quote_entries;
         }

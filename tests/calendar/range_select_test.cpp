@@ -82,9 +82,12 @@ TEST(RangeSelect, SelectorsHaveAType) {
   class Months : public CRangeSelector {
    public:
     using CRangeSelector::SetType;
+    QorRangeSelectorType GetType() override {
+      return static_cast<QorRangeSelectorType>(CRangeSelector::GetType() + 1);
+    }
   };
   Months selector;
-  EXPECT_EQ(1, selector.GetType());
+  EXPECT_EQ(2, selector.GetType());
   selector.SetType(static_cast<QorRangeSelectorType>(7));
-  EXPECT_EQ(7, static_cast<CRangeSelector&>(selector).GetType());
+  EXPECT_EQ(8, static_cast<CRangeSelector&>(selector).GetType());
 }

@@ -284,5 +284,30 @@ TEST_F(ExportTest, HooksThatChangeTheExporter) {
   EXPECT_EQ("#x,x,x\r\nx,x,x\r\n", GetFile(Path()));
 }
 
+// Asks for no quotes, single ones, and then double ones in a row that has become wider.
+class Widening : public CQorExportBase {
+ public:
+  Widening() {
+    Initialize(CSVMGR_DELIM_COMMA, CSVMGR_QUOTES_DOUBLE);
+    SetExportInfo(kColumns, 1);
+  }
+
+ protected:
+  void GetExportField(CQorExportInfo, long at, CString& text, CSVMGR_QUOTES& type, int&) override {
+    text = L"x";
+    if (at < 2) type = at == 0 ? CSVMGR_QUOTES_NONE : CSVMGR_QUOTES_SINGLE;
+  }
+  int IsExportEnd(long at) override {
+    if (at == 2) SetExportInfo(kColumns, 2);
+    return at == 3 ? 1 : 0;
+  }
+};
+
+TEST_F(ExportTest, AWiderRowTakesTheQuotesInTheirOrder) {
+  Widening exporter;
+  EXPECT_EQ(1, exporter.Write(Path(), nullptr, 0));
+  EXPECT_EQ("x\r\nx\r\nx,'x'\r\n", GetFile(Path()));
+}
+
 }  // namespace
 }  // namespace qorgen::tests

@@ -67,7 +67,10 @@ class StreamWindow final : public ByteWindow {
         char* const front = state_.buffer.get() + kBufferFront - left;
         std::memcpy(front, kept.data(), left);
         at = reinterpret_cast<const unsigned char*>(front);
-        if (!read) end = at + left;
+        if (!read) {
+          end = at + left;
+          stream_->_IO_read_end = front + left;
+        }
       }
       if (!read) return false;
     } while (Available() < count);

@@ -199,9 +199,8 @@ class QORGEN_API CQorFileUtil {
   // "ANSI" is the system's ANSI code page: 932 on Linux and on Japanese Windows. A zero byte ends the text. A
   // file that can't be opened, read or written raises CFileException*; source and destination can't be one
   // file. What has been written when a device fills up stays; a source that fails half-way leaves no
-  // destination. Files are converted in pieces of whole lines, so memory goes by the longest line; 0 means
-  // that there was none, or a line of more than half a gigabyte. A file of more than one piece (256 KB) is
-  // worked on by a second thread as well, which has ended when the call returns.
+  // destination. Files are converted in pieces of whole lines (from half a megabyte), so memory goes by the
+  // longest line; 0 means that there was none, or a line of more than half a gigabyte.
 
   // Rewrites an ANSI text as UTF-8 without a byte-order mark. Line ends stay as they are.
   static int SJisToUtf8(const wchar_t* source, const wchar_t* destination);

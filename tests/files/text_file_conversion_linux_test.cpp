@@ -17,13 +17,11 @@ using namespace qorgen::tests;
 
 TEST(TextFileConversionTest, a_target_that_takes_no_more_is_an_exception) {
   OwnTempFolder folder;
-  for (const std::size_t lines : {1u, 100'000u}) {
-    std::string text;
-    for (std::size_t i = 0; i < lines; ++i) text += "abc\n";
-    PutFile(folder.Path(L"a.txt"), text);
-    for (const auto convert : {CQorFileUtil::SJisToUtf8, CQorFileUtil::Utf8ToSJis}) {
-      EXPECT_EQ(CFileException::diskFull, CauseOf([&] { convert(folder.Path(L"a.txt"), L"/dev/full"); }));
-    }
+  std::string text;
+  for (std::size_t i = 0; i < 100'000; ++i) text += "abc\n";
+  PutFile(folder.Path(L"a.txt"), text);
+  for (const auto convert : {CQorFileUtil::SJisToUtf8, CQorFileUtil::Utf8ToSJis}) {
+    EXPECT_EQ(CFileException::diskFull, CauseOf([&] { convert(folder.Path(L"a.txt"), L"/dev/full"); }));
   }
   const auto former_action = std::signal(SIGXFSZ, SIG_IGN);
   rlimit former{};

@@ -36,44 +36,28 @@ TEST(TextFileConversionTest, contents) {
   };
   const auto to_utf8 = CQorFileUtil::SJisToUtf8;
   const auto to_ansi = CQorFileUtil::Utf8ToSJis;
+  const std::string ansi_line = "\x93\xFA\xB1,x", utf8_line = "日ｱ,x";
   const Row rows[] = {
       {to_utf8, "", ""},
-      {to_utf8, "a\r\nb\nc\r", "a\r\nb\nc\r"},
-      {to_utf8, "\x93\xFA\x96\x7B\xB1\x5C\r\n", "日本ｱ\\\r\n"},
+      {to_utf8, "\x93\xFA\xB1\x5C\r\nb\nc\r", "日ｱ\\\r\nb\nc\r"},  // line ends stay
       {to_utf8, "\x93\xFA\0\x96\x7B"s, "日"},
       {to_utf8, "\0abc"s, ""},
       {to_utf8, "a\x93", "a・"},
-      {to_utf8,
-       "a\x1A"
-       "b",
-       "a\x1A"
-       "b"},
-      {to_utf8, Times(50'000, "\x93\xFA\xB1,x\n"), Times(50'000, "日ｱ,x\n")},
-      {to_utf8, Times(200'000, "\x93\xFA\xB1"), Times(200'000, "日ｱ")},
-      {to_ansi, "", ""},
-      {to_ansi, "日本ｱ", "\x93\xFA\x96\x7B\xB1\r\n"},
-      {to_ansi, "a\nb\r\nc\rd\r\r\n\n", "a\r\nb\r\nc\rd\r\r\n\r\n"},
-      {to_ansi, "a\r", "a\r\r\n"},
-      {to_ansi,
-       "\xEF\xBB\xBF"
-       "a",
-       "?a\r\n"},
-      {to_ansi, "é𠮷\xFF。", "e???\x81\x42\r\n"},
-      {to_ansi, "a\0b"s, "a\r\n"},
-      {to_ansi,
-       "a\nb\x1A"
-       "c\nd\n",
-       "a\r\nb\r\n"},
-      {to_ansi,
-       "a\n\x1A"
-       "b",
-       "a\r\n"},
-      {to_ansi, Times(50'000, "日ｱ,x\n"), Times(50'000, "\x93\xFA\xB1,x\r\n")},
-      {to_ansi, Times(100'000, "日ｱ"), Times(100'000, "\x93\xFA\xB1") + "\r\n"},
+      {to_utf8, "a\x1A\n", "a\x1A\n"},
+      {to_utf8, Times(300'000, ansi_line), Times(300'000, utf8_line)},  // a line longer than a piece
       // What ends the text in one piece keeps the pieces behind it out.
-      {to_ansi, Times(90'000, "日ｱ,x\n") + "\x1A" + Times(90'000, "日ｱ,x\n"),
-       Times(90'000, "\x93\xFA\xB1,x\r\n")},
-      {to_utf8, Times(90'000, "\x93\xFA\xB1,x\n") + "\0"s + Times(90'000, "abc\n"), Times(90'000, "日ｱ,x\n")},
+      {to_utf8, Times(200'000, ansi_line + "\n") + "\0"s + Times(200'000, "abc\n"),
+       Times(200'000, utf8_line + "\n")},
+      {to_ansi, "", ""},
+      {to_ansi, "a\nb\r\nc\rd\r\r\n\n日ｱ", "a\r\nb\r\nc\rd\r\r\n\r\n\x93\xFA\xB1\r\n"},
+      {to_ansi, "a\r", "a\r\r\n"},
+      {to_ansi, "\xEF\xBB\xBFé𠮷\xFF。", "?e???\x81\x42\r\n"},  // the mark, too, is a character
+      {to_ansi, "a\0b"s, "a\r\n"},
+      {to_ansi, "a\nb\x1A\n", "a\r\nb\r\n"},
+      {to_ansi, "a\n\x1A\n", "a\r\n"},
+      {to_ansi, Times(300'000, utf8_line), Times(300'000, ansi_line) + "\r\n"},
+      {to_ansi, Times(200'000, utf8_line + "\n") + "\x1A" + Times(200'000, "abc\n"),
+       Times(200'000, ansi_line + "\r\n")},
   };
   OwnTempFolder folder;
   for (const Row& row : rows) {

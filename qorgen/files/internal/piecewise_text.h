@@ -1,18 +1,12 @@
 #pragma once
 
-// A text file converted to another encoding in pieces of whole lines. A line feed ends a character in both
-// encodings, so the pieces give what the whole would, and several can be in work at once: the calling thread
-// and, for more than one piece, a second one take turns in reading, converting and handing on. One object is
-// used by one caller.
+// A text file converted to another encoding in pieces of whole lines: a line feed ends a character in both
+// encodings, so the pieces give what the whole would. One object is used by one thread.
 
-#include <condition_variable>
 #include <cstddef>
-#include <exception>
-#include <functional>
 #include <memory>
-#include <mutex>
 
-#include "qorgen/afx/stdio_file.h"
+#include "qorgen/afx/file.h"
 #include "qorgen/platform/types.h"
 
 namespace qorgen::files {
@@ -22,60 +16,35 @@ class PiecewiseText {
   // Opens the file; throws CFileException*.
   PiecewiseText(const wchar_t* path, UINT from, UINT to);
 
-  // Reads and converts the first piece. False without memory for it; reading throws CFileException*.
-  bool Start();
+  // The next piece of the text, which ends at its first zero byte. False when there is none, and without
+  // memory for it; reading throws CFileException*.
+  bool Next();
 
-  // Hands on the pieces in their order up to the text's first zero byte, one call at a time, on either
-  // thread. Ends early when `put` gives false. False when there was no memory for a piece. What reading or
-  // `put` throws is thrown again here, when nothing of this object is in work any more.
-  bool Run(const std::function<bool(const char* bytes, std::size_t count)>& put);
+  // Whether Next ended for want of memory.
+  bool Failed() const { return failed_; }
 
-  // Whether Run ended because the source could not be read or converted to its end.
-  bool SourceFailed() const { return source_failed_; }
+  // The piece converted, until Next is called again.
+  const char* Bytes() const { return result_.get(); }
+  std::size_t Count() const { return count_; }
 
  private:
   using Block = std::unique_ptr<char[]>;
 
-  struct Piece {
-    Block bytes;
-    std::size_t capacity = 0;
-    std::size_t filled = 0;
-    std::size_t length = 0;  // of the whole lines; what follows up to `filled` belongs to the next piece
-    Block result;
-    std::size_t room = 0;
-    std::size_t count = 0;
-    unsigned long long number = 0;
-    bool failed = false;
-    std::exception_ptr exception;  // of reading, where that failed
-  };
+  bool Read();
+  bool Convert();
+  bool Grow();
 
-  // Each false where the piece has failed, without memory or with an exception.
-  bool Read(Piece& piece);
-  bool Convert(Piece& piece);
-  static bool Grow(Piece& piece);
-
-  void Work(Piece& piece, bool prepared);
-  bool Prepare(Piece& piece);
-  bool AwaitTurn(const Piece& piece);
-  void HandOn(Piece& piece);
-
-  CStdioFile file_;
+  CFile file_;
   const UINT from_;
   const UINT to_;
-  Piece first_;
-  const std::function<bool(const char*, std::size_t)>* put_ = nullptr;
-
-  std::mutex reading_;  // guards the file and the next three
-  const Piece* last_ = nullptr;
-  unsigned long long read_ = 0;
   bool at_end_ = false;
-
-  std::mutex turns_;  // guards the next five
-  std::condition_variable turn_changed_;
-  unsigned long long turn_ = 0;
-  bool stopped_ = false;
-  bool source_failed_ = false;
-  std::exception_ptr exception_;
+  bool failed_ = false;
+  Block source_;
+  std::size_t capacity_ = 0;  // of the source; the result has room for all of it
+  std::size_t filled_ = 0;
+  std::size_t length_ = 0;  // of the whole lines; what follows up to `filled_` belongs to the next piece
+  Block result_;
+  std::size_t count_ = 0;
 };
 
 }  // namespace qorgen::files

@@ -82,7 +82,4 @@ Progress DecodeUtf8(const unsigned char* source, std::size_t bytes, wchar_t* tex
 Progress EncodeUtf8(const wchar_t* text, std::size_t units, char* destination, std::size_t capacity,
                     bool& invalid);
 
-// The bytes at the end of `source` that begin a character which needs more bytes than are there: 0 to 3.
-std::size_t IncompleteTailUtf8(const unsigned char* source, std::size_t bytes);
-
 }  // namespace qorgen::platform

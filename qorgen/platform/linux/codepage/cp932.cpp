@@ -134,20 +134,6 @@ Progress Encode932(const wchar_t* text, std::size_t units, char* destination, st
   const bool store = destination != nullptr;
   Progress total;
   while (total.read < units) {
-#if defined(__SSE2__)
-    while (units - total.read >= 8 && (!store || capacity - total.written >= 8)) {
-      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + total.read));
-      const __m128i high = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xFF80)));
-      if (_mm_movemask_epi8(_mm_cmpeq_epi16(high, _mm_setzero_si128())) != 0xFFFF) break;
-      if (store) {
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(destination + total.written),
-                         _mm_packus_epi16(block, block));
-      }
-      total.read += 8;
-      total.written += 8;
-    }
-    if (total.read == units) break;
-#endif
     // Characters with a code, where there is room for two bytes each: the bulk of Japanese text.
     if (store && encoding.bestFit) {
       std::size_t run = (capacity - total.written) / 2;

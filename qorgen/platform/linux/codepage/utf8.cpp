@@ -3,10 +3,6 @@
 
 #include "qorgen/platform/linux/codepage/codec.h"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace qorgen::platform {
 namespace {
 
@@ -85,22 +81,6 @@ Progress Decode(const unsigned char* source, std::size_t bytes, wchar_t* text, s
   while (total.read < bytes) {
     const unsigned char* at = source + total.read;
     const std::size_t left = bytes - total.read;
-#if defined(__SSE2__)
-    if (*at < 0x80 && left >= 16 && (!kStore || capacity - total.written >= 16)) {
-      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-      const auto high = static_cast<unsigned>(_mm_movemask_epi8(block));
-      if constexpr (kStore) {
-        const __m128i zero = _mm_setzero_si128();
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written), _mm_unpacklo_epi8(block, zero));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(text + total.written + 8),
-                         _mm_unpackhi_epi8(block, zero));
-      }
-      const unsigned count = high == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(high));
-      total.read += count;
-      total.written += count;
-      continue;
-    }
-#endif
     if (*at < 0x80) {
       if constexpr (kStore) {
         if (total.written == capacity) break;
@@ -144,21 +124,6 @@ Progress Encode(const wchar_t* text, std::size_t units, char* destination, std::
                 bool& invalid) {
   Progress total;
   while (total.read < units) {
-#if defined(__SSE2__)
-    if (units - total.read >= 8 && (!kStore || capacity - total.written >= 8)) {
-      const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + total.read));
-      const __m128i high = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xFF80)));
-      if (_mm_movemask_epi8(_mm_cmpeq_epi16(high, _mm_setzero_si128())) == 0xFFFF) {
-        if constexpr (kStore) {
-          _mm_storel_epi64(reinterpret_cast<__m128i*>(destination + total.written),
-                           _mm_packus_epi16(block, block));
-        }
-        total.read += 8;
-        total.written += 8;
-        continue;
-      }
-    }
-#endif
     char32_t value = text[total.read];
     std::size_t used = 1;
     if (IsHighSurrogate(text[total.read]) && total.read + 1 < units && IsLowSurrogate(text[total.read + 1])) {
@@ -199,16 +164,6 @@ Progress EncodeUtf8(const wchar_t* text, std::size_t units, char* destination, s
                     bool& invalid) {
   return destination == nullptr ? Encode<false>(text, units, destination, capacity, invalid)
                                 : Encode<true>(text, units, destination, capacity, invalid);
-}
-
-std::size_t IncompleteTailUtf8(const unsigned char* source, std::size_t bytes) {
-  for (std::size_t back = 1; back <= 3 && back <= bytes; ++back) {
-    const unsigned char* at = source + bytes - back;
-    if (IsContinuation(*at)) continue;
-    const Sequence sequence = Measure(at, back);
-    return !sequence.whole && sequence.size == back && Length(*at) > back ? back : 0;
-  }
-  return 0;
 }
 
 }  // namespace qorgen::platform

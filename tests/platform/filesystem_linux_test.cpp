@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,7 +11,7 @@
 #include "qorgen/platform/linux/filesystem/name_pattern.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
 
-#include "tests/support/scratch_folder.h"
+#include "tests/support/testing.h"
 
 namespace qorgen::tests {
 namespace {
@@ -38,18 +37,19 @@ TEST(HostFiles, LinksAreSeenAndRemovedAsThemselves) {
 
 TEST(HostFiles, ReadOnlyIsTheOwnersPermission) {
   ScratchFolder scratch;
-  ASSERT_TRUE(PutFile(scratch.Path(L"a"), "x"));
-  const std::string host = HostPath(scratch.Path(L"a"));
-  struct stat facts;
+  const wchar_t* path = scratch.Path(L"a");
+  ASSERT_TRUE(PutFile(path, "x"));
+  const std::string host = HostPath(path);
   chmod(host.c_str(), 0464);
-  EXPECT_EQ(GetFileAttributesW(scratch.Path(L"a")), FILE_ATTRIBUTE_READONLY);
+  EXPECT_EQ(GetFileAttributesW(path), FILE_ATTRIBUTE_READONLY);
   chmod(host.c_str(), 0664);
-  EXPECT_TRUE(SetFileAttributesW(scratch.Path(L"a"), FILE_ATTRIBUTE_READONLY));
-  ASSERT_EQ(stat(host.c_str(), &facts), 0);
-  EXPECT_EQ(facts.st_mode & 0777, 0444u);
-  EXPECT_TRUE(SetFileAttributesW(scratch.Path(L"a"), FILE_ATTRIBUTE_NORMAL));
-  ASSERT_EQ(stat(host.c_str(), &facts), 0);
-  EXPECT_EQ(facts.st_mode & 0777, 0644u);
+  for (const auto& [attributes, mode] :
+       {std::pair(FILE_ATTRIBUTE_READONLY, 0444u), {FILE_ATTRIBUTE_NORMAL, 0644u}}) {
+    EXPECT_TRUE(SetFileAttributesW(path, attributes));
+    struct stat facts;
+    ASSERT_EQ(stat(host.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, mode);
+  }
   ASSERT_TRUE(PutFile(scratch.Path(L".rc"), "x"));
   EXPECT_EQ(GetFileAttributesW(scratch.Path(L".rc")), FILE_ATTRIBUTE_HIDDEN);
 }
@@ -75,49 +75,30 @@ TEST(HostFiles, NamesThatTheLibraryWouldNotGive) {
   EXPECT_EQ(removed, 5);
 }
 
-TEST(HostFiles, FullDiskAndHardLinks) {
-  const HANDLE full =
-      CreateFileW(L"/dev/full", GENERIC_WRITE, FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
-  ASSERT_NE(full, INVALID_HANDLE_VALUE);
-  DWORD written = 99;
-  EXPECT_FALSE(WriteFile(full, "abc", 3, &written, nullptr));
-  EXPECT_EQ(GetLastError(), ERROR_DISK_FULL);
-  EXPECT_EQ(written, 0u);
-  CloseHandle(full);
-
+TEST(HostFiles, AFullDiskEndsACopy) {
   ScratchFolder scratch;
   ASSERT_TRUE(PutFile(scratch.Path(L"a"), "x"));
   EXPECT_FALSE(CopyFileW(scratch.Path(L"a"), L"/dev/full", FALSE));
   EXPECT_EQ(GetLastError(), ERROR_DISK_FULL);
   EXPECT_TRUE(Exists(L"/dev/full"));
-  ASSERT_EQ(link(HostPath(scratch.Path(L"a")).c_str(), HostPath(scratch.Path(L"b")).c_str()), 0);
-  EXPECT_TRUE(MoveFileExW(scratch.Path(L"a"), scratch.Path(L"b"), MOVEFILE_REPLACE_EXISTING));
-  EXPECT_FALSE(Exists(scratch.Path(L"a")));
-  EXPECT_EQ(GetFile(scratch.Path(L"b")), "x");
 }
 
 TEST(HostFiles, TemporaryFolderFollowsItsVariable) {
   const char* before = std::getenv("TMPDIR");
   const std::string saved = before != nullptr ? before : "";
-  const struct {
-    const char* value;
-    const char16_t* path;
-  } rows[] = {{"/var/tmp", u"C:\\var\\tmp\\"}, {"/var/tmp/", u"C:\\var\\tmp\\"}, {"", u"C:\\tmp\\"}};
-  for (const auto& row : rows) {
-    setenv("TMPDIR", row.value, 1);
+  const std::pair<const char*, const char16_t*> rows[] = {
+      {"/var/tmp", u"C:\\var\\tmp\\"}, {"/var/tmp/", u"C:\\var\\tmp\\"}, {"", u"C:\\tmp\\"}};
+  for (const auto& [value, expected] : rows) {
+    setenv("TMPDIR", value, 1);
     wchar_t path[MAX_PATH + 1];
     GetTempPathW(MAX_PATH + 1, path);
-    EXPECT_EQ(platform::TextOf(path), row.path);
+    EXPECT_EQ(platform::TextOf(path), expected);
   }
   before != nullptr ? setenv("TMPDIR", saved.c_str(), 1) : unsetenv("TMPDIR");
 }
 
 TEST(NamePattern, MatchesAsPublished) {
-  const struct {
-    const char16_t* pattern;
-    const char16_t* name;
-    bool matches;
-  } rows[] = {
+  const std::tuple<const char16_t*, const char16_t*, bool> rows[] = {
       {u"*", u"", true},           {u"*.*", u"abc", true},     {u"a*.*", u"abc", true},
       {u"*.*x", u"abc", false},    {u"*.", u"abc", true},      {u"*.", u"a.bc", false},
       {u"*.", u"a.", true},        {u"a*.", u"abc", true},     {u"a*.", u"a.b.", true},
@@ -130,8 +111,9 @@ TEST(NamePattern, MatchesAsPublished) {
       {u"ſ*", u"s", false},        {u"ａ*", u"Ａb", true},     {u"abc", u"abcd", false},
       {u"abc*", u"abc", true},     {u"*.*.*", u"a.b", true},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(platform::NamePattern(row.pattern).Matches(row.name), row.matches) << (&row - rows);
+  for (const auto& [pattern, name, matches] : rows) {
+    EXPECT_EQ(platform::NamePattern(pattern).Matches(name), matches)
+        << platform::HostName(pattern) << ", " << platform::HostName(name);
   }
   // The work must not explode with the number of stars.
   std::u16string stars;
@@ -140,39 +122,35 @@ TEST(NamePattern, MatchesAsPublished) {
 }
 
 TEST(MountTable, KindsAndVolumesOfAUser) {
-  ScratchFolder scratch;
-  ASSERT_TRUE(PutFile(scratch.Path(L"mounts"),
-                      "overlay / overlay rw 0 0\n"
-                      "proc /proc proc rw 0 0\n"
-                      "tmpfs /tmp tmpfs rw 0 0\n"
-                      "/dev/sda1 /boot/efi vfat rw 0 0\n"
-                      "/dev/sdb1 /media/user/USB\\040DISK vfat rw 0 0\n"
-                      "srv:/books /mnt/books nfs4 rw 0 0\n"
-                      "/dev/sr0 /run/media/user/CD iso9660 ro 0 0\n"
-                      "/dev/loop3 /snap/core squashfs ro 0 0\n"
-                      "/dev/sdc1 /data ext4 rw 0 0\n"
-                      "srv:/new /data nfs rw 0 0\n"));
-  const auto mounts = platform::ReadMountTable(HostPath(scratch.Path(L"mounts")).c_str());
-  const struct {
+  constexpr UINT kUnknown = 99;  // the host knows more of a device than its line here
+  struct Row {
+    const char* line;
     const char* folder;
     UINT kind;
-    bool user;
-  } rows[] = {{"/", DRIVE_FIXED, false},
-              {"/proc", DRIVE_FIXED, false},
-              {"/tmp", DRIVE_RAMDISK, false},
-              {"/boot/efi", DRIVE_FIXED, false},
-              {"/media/user/USB DISK", DRIVE_FIXED, true},
-              {"/mnt/books", DRIVE_REMOTE, true},
-              {"/run/media/user/CD", DRIVE_CDROM, true},
-              {"/snap/core", DRIVE_FIXED, false},
-              {"/data", DRIVE_REMOTE, true}};
+    bool of_user;
+  };
+  const Row rows[] = {
+      {"overlay / overlay rw 0 0", "/", DRIVE_FIXED, false},
+      {"proc /proc proc rw 0 0", "/proc", DRIVE_FIXED, false},
+      {"tmpfs /tmp tmpfs rw 0 0", "/tmp", DRIVE_RAMDISK, false},
+      {"/dev/sda1 /boot/efi vfat rw 0 0", "/boot/efi", kUnknown, false},
+      {"/dev/sdb1 /media/user/USB\\040DISK vfat rw 0 0", "/media/user/USB DISK", kUnknown, true},
+      {"srv:/books /mnt/books nfs4 rw 0 0", "/mnt/books", DRIVE_REMOTE, true},
+      {"/dev/sr0 /run/media/user/CD iso9660 ro 0 0", "/run/media/user/CD", DRIVE_CDROM, true},
+      {"/dev/loop3 /snap/core squashfs ro 0 0", "/snap/core", kUnknown, false},
+      {"/dev/sdc1 /data ext4 rw 0 0\nsrv:/new /data nfs rw 0 0", "/data", DRIVE_REMOTE, true},  // the later
+  };
+  std::string table;
+  for (const Row& row : rows) table += std::string(row.line) + '\n';
+  ScratchFolder scratch;
+  ASSERT_TRUE(PutFile(scratch.Path(L"mounts"), table));
+  const auto mounts = platform::ReadMountTable(HostPath(scratch.Path(L"mounts")).c_str());
   ASSERT_EQ(mounts.size(), std::size(rows));
   for (std::size_t i = 0; i < std::size(rows); ++i) {
     EXPECT_EQ(mounts[i].folder, rows[i].folder);
-    if (rows[i].kind != DRIVE_FIXED || mounts[i].source.rfind("/dev/", 0) != 0) {
-      EXPECT_EQ(platform::KindOf(mounts[i]), rows[i].kind) << rows[i].folder;
-    }
-    EXPECT_EQ(platform::IsUserVolume(mounts[i]), rows[i].user) << rows[i].folder;
+    EXPECT_EQ(platform::IsUserVolume(mounts[i]), rows[i].of_user) << rows[i].folder;
+    if (rows[i].kind == kUnknown) continue;
+    EXPECT_EQ(platform::KindOf(mounts[i]), rows[i].kind) << rows[i].folder;
   }
   EXPECT_TRUE(platform::ReadMountTable("/no/such/table").empty());
 }

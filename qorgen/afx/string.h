@@ -259,8 +259,8 @@ class QORGEN_API CString {
   CString& TrimRight(wchar_t character);
   CString& TrimRight(const wchar_t* characters);
 
-  // Case by simple one-to-one mapping, the same on every machine: Latin (ASCII, Latin-1, Extended-A), Greek,
-  // Cyrillic, Armenian, roman numerals, circled and full-width letters. Other units stay.
+  // Case by Unicode's one-to-one pairs, the same on every machine; a letter whose mapping doesn't lead back (ß, ı, ς)
+  // stays.
   CString& MakeUpper();
   CString& MakeLower();
   // By unit: a surrogate pair comes out in the wrong order.

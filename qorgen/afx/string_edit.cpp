@@ -5,17 +5,12 @@
 
 #include "qorgen/afx/internal/text_units.h"
 #include "qorgen/afx/string.h"
+#include "qorgen/platform/common/white_space.h"
 
 using qorgen::afx::IsOneOf;
+using qorgen::platform::IsWhiteSpace;
 
 namespace {
-
-// Unicode White_Space within the basic plane.
-bool IsSpace(wchar_t unit) noexcept {
-  return (unit >= 0x09 && unit <= 0x0D) || unit == 0x20 || unit == 0x85 || unit == 0xA0 || unit == 0x1680 ||
-         (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 || unit == 0x2029 || unit == 0x202F ||
-         unit == 0x205F || unit == 0x3000;
-}
 
 template <typename Test>
 int LeadingUnits(const CString& text, Test test) {
@@ -118,7 +113,7 @@ int CString::Remove(wchar_t character) {
 }
 
 CString& CString::TrimLeft() {
-  Cut(0, LeadingUnits(*this, IsSpace));
+  Cut(0, LeadingUnits(*this, IsWhiteSpace));
   return *this;
 }
 
@@ -133,7 +128,7 @@ CString& CString::TrimLeft(const wchar_t* characters) {
 }
 
 CString& CString::TrimRight() {
-  Truncate(UnitsWithoutTrailing(*this, IsSpace));
+  Truncate(UnitsWithoutTrailing(*this, IsWhiteSpace));
   return *this;
 }
 

@@ -6,15 +6,11 @@
 #include <cstddef>
 
 #include "qorgen/calendar/date_record.h"
+#include "qorgen/platform/common/text_length.h"
 
 namespace qorgen::calendar {
 
-// Characters in front of the terminator; 0 for null.
-constexpr std::size_t TextLength(const wchar_t* text) {
-  std::size_t length = 0;
-  while (text != nullptr && text[length] != 0) ++length;
-  return length;
-}
+using qorgen::platform::TextLength;
 
 constexpr bool IsDigit(wchar_t c) {
   return c >= L'0' && c <= L'9';

@@ -4,16 +4,12 @@
 #include "qorgen/calendar/date_parts.h"
 #include "qorgen/calendar/date_util.h"
 #include "qorgen/calendar/era_table.h"
-#include "qorgen/platform/crt.h"
+#include "qorgen/platform/common/white_space.h"
 
 using namespace qorgen::calendar;
+using qorgen::platform::IsWhiteSpace;
 
 namespace {
-
-bool IsWhite(wchar_t c) {
-  if (c > L' ' && c < 0x7F) return false;  // the usual characters, without asking the platform
-  return iswspace(static_cast<wint_t>(c)) != 0;
-}
 
 // What the two formats make of the characters of a text.
 enum class Wording { kDate, kDateTime };
@@ -22,8 +18,8 @@ template <Wording kWording>
 class ImportReader {
  public:
   explicit ImportReader(const wchar_t* text) : next_(text), end_(text + TextLength(text)) {
-    while (next_ != end_ && IsWhite(*next_)) ++next_;
-    while (next_ != end_ && IsWhite(end_[-1])) --end_;
+    while (next_ != end_ && IsWhiteSpace(*next_)) ++next_;
+    while (next_ != end_ && IsWhiteSpace(end_[-1])) --end_;
     SkipDropped();
   }
 
@@ -36,7 +32,7 @@ class ImportReader {
     while (taken < most && !AtEnd()) {
       if (IsDigit(*next_)) {
         value = value * 10 + (*next_ - L'0');
-      } else if (IsWhite(*next_)) {
+      } else if (IsWhiteSpace(*next_)) {
         value *= 10;
       } else {
         break;

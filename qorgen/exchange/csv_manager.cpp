@@ -10,7 +10,7 @@
 #include "qorgen/exchange/internal/field_list.h"
 #include "qorgen/exchange/internal/line_scan.h"
 #include "qorgen/exchange/internal/text_reuse.h"
-#include "qorgen/exchange/internal/white_space.h"
+#include "qorgen/platform/common/white_space.h"
 #include "qorgen/platform/crt.h"
 
 namespace {
@@ -18,13 +18,12 @@ namespace {
 using qorgen::exchange::CopyToQuote;
 using qorgen::exchange::CopyToQuoteWithin;
 using qorgen::exchange::FieldList;
-using qorgen::exchange::IsSpace;
 using qorgen::exchange::kCopySlack;
 using qorgen::exchange::kMarkBlock;
 using qorgen::exchange::LineMarks;
-using qorgen::exchange::MayBeSpace;
 using qorgen::exchange::RegularLine;
 using qorgen::exchange::UnitSet;
+using qorgen::platform::IsWhiteSpace;
 
 static_assert(qorgen::exchange::FieldList::kPadding >= qorgen::exchange::kMarkBlock &&
                   qorgen::exchange::FieldList::kReadBlock == qorgen::exchange::kCopyBlock,
@@ -203,11 +202,11 @@ void CQorCSVManager::Split(const CString& line) {
         text[rest];  // at the end of the line its terminator, which is neither space nor quote
     std::size_t field = rest;
     bool quoted = head == quote && head != 0;
-    if (skip_space && MayBeSpace(head) && IsSpace(head)) {
+    if (skip_space && IsWhiteSpace(head)) {
       // White space may itself be a delimiter (the tab), so the run found for one field serves the next ones
       // too.
       if (solid < rest) solid = rest;
-      while (IsSpace(text[solid])) ++solid;
+      while (IsWhiteSpace(text[solid])) ++solid;
       quoted = text[solid] == quote;
       if (quoted) field = solid;
     }

@@ -12,20 +12,20 @@
 #include "qorgen/exchange/internal/field_list.h"
 #include "qorgen/exchange/internal/plain_number.h"
 #include "qorgen/exchange/internal/text_reuse.h"
-#include "qorgen/exchange/internal/white_space.h"
 #include "qorgen/platform/automation.h"
+#include "qorgen/platform/common/white_space.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/text/string_util.h"
 
 namespace {
 
 using qorgen::exchange::BorrowedText;
-using qorgen::exchange::IsBlank;
 using qorgen::exchange::IsWastefulText;
-using qorgen::exchange::MayBeSpace;
 using qorgen::exchange::PlainDecimal;
 using qorgen::exchange::ReadPlainDecimal;
 using qorgen::exchange::ReadPlainInteger;
+using qorgen::platform::IsBlank;
+using qorgen::platform::IsWhiteSpace;
 
 // Room of the work text: enough for nearly all fields.
 constexpr int kWorkRoom = 64;
@@ -195,7 +195,7 @@ int CQorTypeConverter::ConvertInPlace(const qorgen::exchange::FieldList& fields,
     int converted = 0;
     switch (column.typeFlags & TYPECHECK_TYPEMASK) {
       case TYPECHECK_STRING:
-        if (length != 0 && length <= column.size && target != nullptr && !MayBeSpace(text[0])) {
+        if (length != 0 && length <= column.size && target != nullptr && !IsWhiteSpace(text[0])) {
           StoreChars(target, text, static_cast<std::size_t>(length),
                      static_cast<std::size_t>(column.size) + 1);
           continue;

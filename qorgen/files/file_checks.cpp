@@ -9,10 +9,15 @@
 #include "qorgen/afx/file_find.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/split_path.h"
+#include "qorgen/platform/common/code_page_932.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 #include "qorgen/platform/time.h"
+
+using qorgen::platform::IsLead932;
+using qorgen::platform::IsPrint932;
+using qorgen::platform::IsTrail932;
 
 namespace {
 
@@ -42,11 +47,11 @@ constexpr wchar_t kFiller = L'A';
 // `count` is a number of bytes but runs over the 16-bit units of the sample, which has at least one more.
 bool IsText(const wchar_t* sample, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    const unsigned int low = sample[i] & 0xFFu;
+    const auto low = static_cast<unsigned char>(sample[i]);
     // The line ends and the tab are whole units, unlike the byte classes.
     const bool is_control = sample[i] == L'\r' || sample[i] == L'\n' || sample[i] == L'\t';
-    if (_ismbbprint(low) || is_control) continue;
-    if (!_ismbblead(low) || !_ismbbtrail(sample[i + 1] & 0xFFu)) return false;
+    if (IsPrint932(low) || is_control) continue;
+    if (!IsLead932(low) || !IsTrail932(static_cast<unsigned char>(sample[i + 1]))) return false;
     ++i;
   }
   return true;

@@ -20,6 +20,17 @@
 
 #include "qorgen/platform/types.h"
 
+// Comparison without case: -1, 0 or 1 by the order of the lower-case units, by the case of letter_case.h on both
+// hosts and in every locale.
+int qorgen_wcsicmp(const wchar_t* left, const wchar_t* right);
+int qorgen_wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count);
+
+// Formats a broken-down time; 0 when the text with its terminator doesn't fit, or with errno EINVAL for an
+// unknown letter or a field out of range. Letters: a A b B c C d D e F g G h H I j m M n p r R S t T u U V w
+// W x X y Y z Z %; the flag # drops leading zeros and makes %c and %x long. Names are English until
+// _wsetlocale has chosen Japanese.
+size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, const struct tm* time);
+
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
@@ -29,33 +40,11 @@
 
 // What the runtime that mingw-w64 links does by the locale, lacks, or has under other rules in the headers of
 // mingw-w64. The contracts are those of the declarations below.
-wint_t qorgen_towupper(wint_t unit);
-wint_t qorgen_towlower(wint_t unit);
-int qorgen_iswspace(wint_t unit);
-int qorgen_wcsicmp(const wchar_t* left, const wchar_t* right);
-int qorgen_wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count);
-wchar_t* qorgen_wcsupr(wchar_t* text);
-wchar_t* qorgen_wcslwr(wchar_t* text);
-int qorgen_ismbblead(unsigned int value);
-int qorgen_ismbbtrail(unsigned int value);
-int qorgen_ismbbprint(unsigned int value);
 int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
 int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
-size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, const struct tm* time);
 
-#define towupper qorgen_towupper
-#define towlower qorgen_towlower
-#define iswspace qorgen_iswspace
-#define _wcsicmp qorgen_wcsicmp
-#define _wcsnicmp qorgen_wcsnicmp
-#define _wcsupr qorgen_wcsupr
-#define _wcslwr qorgen_wcslwr
-#define _ismbblead qorgen_ismbblead
-#define _ismbbtrail qorgen_ismbbtrail
-#define _ismbbprint qorgen_ismbbprint
 #define swprintf qorgen_swprintf
 #define vswprintf qorgen_vswprintf
-#define wcsftime qorgen_wcsftime
 #else
 
 #define _O_TEXT 0x4000
@@ -68,8 +57,7 @@ size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, 
 
 // ---- text in memory
 // ------------------------------------------------------------------------------------------- As the C
-// standard describes them, for UTF-16 units. Case is the one-to-one case of Unicode for the pairs that lead
-// there and back, on every host and in every locale; classes are those of Unicode.
+// standard describes them, for UTF-16 units.
 
 size_t qorgen_wcslen(const wchar_t* text);
 size_t qorgen_wcsnlen(const wchar_t* text, size_t limit);
@@ -96,26 +84,6 @@ int qorgen_wmemcmp(const wchar_t* left, const wchar_t* right, size_t count);
 const wchar_t* qorgen_wmemchr(const wchar_t* text, wchar_t unit, size_t count);
 wchar_t* qorgen_wmemchr(wchar_t* text, wchar_t unit, size_t count);
 
-wint_t qorgen_towupper(wint_t unit);
-wint_t qorgen_towlower(wint_t unit);
-// The platform's white space: U+0009 to U+000D, the spaces of Unicode (U+3000 and U+00A0 among them) and
-// U+0085.
-int qorgen_iswspace(wint_t unit);
-// Decimal digits of every script, full width ones too.
-int qorgen_iswdigit(wint_t unit);
-int qorgen_iswalpha(wint_t unit);
-int qorgen_iswalnum(wint_t unit);
-int qorgen_iswupper(wint_t unit);
-int qorgen_iswlower(wint_t unit);
-int qorgen_iswpunct(wint_t unit);
-int qorgen_iswcntrl(wint_t unit);
-int qorgen_iswprint(wint_t unit);
-int qorgen_iswxdigit(wint_t unit);
-
-int _wcsicmp(const wchar_t* left, const wchar_t* right);
-int _wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count);
-wchar_t* _wcsupr(wchar_t* text);
-wchar_t* _wcslwr(wchar_t* text);
 // Reverses units; a surrogate pair comes apart, as it does on the platform.
 wchar_t* _wcsrev(wchar_t* text);
 // Copies at most `capacity` - 1 units and terminates. Null for a null pointer; nothing is written for a
@@ -165,19 +133,6 @@ int _vsnwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list
 // The length of the formatted text, without the terminator; -1 for a wrong format.
 int _scwprintf(const wchar_t* format, ...);
 int _vscwprintf(const wchar_t* format, va_list arguments);
-
-// Formats a broken-down time; 0 when the text with its terminator doesn't fit, or with errno EINVAL for an
-// unknown letter or a field out of range. Letters: a A b B c C d D e F g G h H I j m M n p r R S t T u U V w
-// W x X y Y z Z %; the flag # drops leading zeros and makes %c and %x long. Names are English until
-// _wsetlocale has chosen Japanese.
-size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, const struct tm* time);
-
-// ---- code page 932
-// -------------------------------------------------------------------------------------------- 0 for any
-// value above 255.
-int _ismbblead(unsigned int byte);
-int _ismbbtrail(unsigned int byte);
-int _ismbbprint(unsigned int byte);
 
 // ---- paths
 // ---------------------------------------------------------------------------------------------------- Cuts a
@@ -243,18 +198,6 @@ int _waccess(const wchar_t* path, int mode);
 #define wmemset qorgen_wmemset
 #define wmemcmp qorgen_wmemcmp
 #define wmemchr qorgen_wmemchr
-#define towupper qorgen_towupper
-#define towlower qorgen_towlower
-#define iswspace qorgen_iswspace
-#define iswdigit qorgen_iswdigit
-#define iswalpha qorgen_iswalpha
-#define iswalnum qorgen_iswalnum
-#define iswupper qorgen_iswupper
-#define iswlower qorgen_iswlower
-#define iswpunct qorgen_iswpunct
-#define iswcntrl qorgen_iswcntrl
-#define iswprint qorgen_iswprint
-#define iswxdigit qorgen_iswxdigit
 #define wcstol qorgen_wcstol
 #define wcstoul qorgen_wcstoul
 #define wcstoll qorgen_wcstoll
@@ -262,7 +205,10 @@ int _waccess(const wchar_t* path, int mode);
 #define wcstod qorgen_wcstod
 #define swprintf qorgen_swprintf
 #define vswprintf qorgen_vswprintf
-#define wcsftime qorgen_wcsftime
 #define fputws qorgen_fputws
 
 #endif
+
+#define _wcsicmp qorgen_wcsicmp
+#define _wcsnicmp qorgen_wcsnicmp
+#define wcsftime qorgen_wcsftime

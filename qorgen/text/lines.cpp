@@ -3,19 +3,17 @@
 #include "qorgen/afx/array.h"
 #include "qorgen/afx/memory.h"
 #include "qorgen/numeric/num_util.h"
+#include "qorgen/platform/common/white_space.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"
 
 using namespace qorgen::text;
+using qorgen::platform::IsWhiteSpace;
 
 namespace {
 
 constexpr wchar_t kSeparator[] = L" \n";
-
-bool IsWhiteSpace(wchar_t c) {
-  return iswspace(static_cast<wint_t>(c)) != 0;
-}
 
 }  // namespace
 

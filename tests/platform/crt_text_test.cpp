@@ -71,32 +71,6 @@ TEST(WideText, ComparisonIsByUnitAndFoldsCaseWithoutALocale) {
   }
   EXPECT_EQ(0, wcsncmp(L"abc", L"abd", 2));
   EXPECT_EQ(0, _wcsnicmp(L"ABc", L"abd", 2));
-  EXPECT_EQ(0, lstrcmpiW(L"ＡB", L"ａb"));
-}
-
-TEST(WideText, EveryCasePairLeadsBack) {
-  int pairs = 0;
-  for (unsigned int unit = 0; unit <= 0xFFFF; ++unit) {
-    const wint_t upper = towupper(static_cast<wint_t>(unit));
-    if (upper == unit) continue;
-    ++pairs;
-    ASSERT_EQ(unit, towlower(upper)) << unit;
-    ASSERT_EQ(upper, towupper(upper)) << unit;
-  }
-  EXPECT_GT(pairs, 900);
-  wchar_t text[] = L"aｚéЯ日ｱ";
-  EXPECT_TEXT(L"AＺÉЯ日ｱ", _wcsupr(text));
-  EXPECT_TEXT(L"aｚéя日ｱ", _wcslwr(text));
-}
-
-TEST(WideText, ClassesKnowFullWidthCharacters) {
-  for (const wint_t unit : {0x09, 0x0A, 0x0D, 0x20, 0xA0, 0x2003, 0x3000})
-    EXPECT_TRUE(iswspace(unit)) << unit;
-  for (const wint_t unit : {0x08, 0x21, 0x200B, 0x3001}) EXPECT_FALSE(iswspace(unit)) << unit;
-  EXPECT_TRUE(iswdigit(L'7') && iswdigit(L'７') && !iswdigit(L'七'));
-  EXPECT_TRUE(iswalpha(L'あ') && iswalpha(L'ｱ') && iswalpha(L'漢') && iswalpha(L'Z') && !iswalpha(L'1'));
-  EXPECT_TRUE(iswprint(L'漢') && iswprint(L' ') && !iswprint(L'\n'));
-  EXPECT_TRUE(iswpunct(L'。') && iswcntrl(0x7F) && iswxdigit(L'f') && !iswxdigit(L'g'));
 }
 
 TEST(WideNumbers, IntegersStopAtThirtyTwoBits) {
@@ -319,17 +293,6 @@ TEST(WidePath, SplitAndMake) {
   EXPECT_TEXT(L"C:a\\b.txt", path);
   _wmakepath(path, nullptr, L"a/", nullptr, L"");
   EXPECT_TEXT(L"a/", path);
-}
-
-TEST(MultibyteClasses, CodePage932) {
-  for (unsigned byte = 0; byte <= 0x181; ++byte) {
-    const bool lead = (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
-    const bool trail = (byte >= 0x40 && byte <= 0x7E) || (byte >= 0x80 && byte <= 0xFC);
-    const bool print = (byte >= 0x20 && byte <= 0x7E) || (byte >= 0xA1 && byte <= 0xDF);
-    EXPECT_EQ(lead, _ismbblead(byte) != 0) << byte;
-    EXPECT_EQ(trail, _ismbbtrail(byte) != 0) << byte;
-    EXPECT_EQ(print, _ismbbprint(byte) != 0) << byte;
-  }
 }
 
 TEST(Locale, NamesAreRememberedAndUnknownOnesRefused) {

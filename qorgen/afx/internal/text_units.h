@@ -13,8 +13,4 @@ inline bool IsOneOf(wchar_t unit, const wchar_t* characters) noexcept {
   return false;
 }
 
-// The other case of a letter by simple one-to-one mapping; any other unit as it is.
-wchar_t ToLowerUnit(wchar_t unit) noexcept;
-wchar_t ToUpperUnit(wchar_t unit) noexcept;
-
 }  // namespace qorgen::afx

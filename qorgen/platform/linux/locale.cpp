@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "qorgen/platform/common/time_locale.h"
 #include "qorgen/platform/crt.h"
-#include "qorgen/platform/linux/crt/locale_state.h"
 
 namespace {
 
@@ -150,6 +150,17 @@ namespace qorgen::platform {
 
 bool IsTimeJapanese() {
   return g_names[kCount - 1] == kJapanese;
+}
+
+TimeZone LocalZone(bool summer) {
+  tzset();
+  TimeZone zone{};
+  zone.minutes = static_cast<int>(-timezone / 60) + (summer ? 60 : 0);
+  const char* const name = tzname[summer ? 1 : 0];
+  for (std::size_t i = 0; name[i] != 0 && i + 1 < std::size(zone.name); ++i) {
+    zone.name[i] = static_cast<unsigned char>(name[i]);
+  }
+  return zone;
 }
 
 }  // namespace qorgen::platform

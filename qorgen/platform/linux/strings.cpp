@@ -1,10 +1,11 @@
 #include "qorgen/platform/strings.h"
 
+#include "qorgen/platform/common/white_space.h"
 #include "qorgen/platform/linux/automation/width.h"
 
 int StrToIntW(const wchar_t* text) {
   if (text == nullptr) return 0;
-  while (qorgen::platform::IsWhite(*text)) ++text;
+  while (qorgen::platform::IsNarrowSpace(*text)) ++text;
   const bool negative = *text == L'-';
   if (negative || *text == L'+') ++text;
   std::uint32_t value = 0;

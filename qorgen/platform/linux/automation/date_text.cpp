@@ -5,6 +5,7 @@
 #include "qorgen/platform/automation.h"
 #include "qorgen/platform/common/civil_date.h"
 #include "qorgen/platform/common/era_list.h"
+#include "qorgen/platform/common/white_space.h"
 #include "qorgen/platform/linux/automation/width.h"
 
 using namespace qorgen::platform;
@@ -68,7 +69,7 @@ class Tokens {
     const wchar_t* at = text;
     for (;;) {
       bool spaced = false;
-      for (; IsWhite(NarrowUnit(*at)); ++at) spaced = true;
+      for (; IsNarrowSpace(NarrowUnit(*at)); ++at) spaced = true;
       Token& token = tokens_[count_];
       token = {Kind::kEnd, spaced, 0, 0, 0};
       if (*at == 0) return true;

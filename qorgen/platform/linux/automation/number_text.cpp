@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "qorgen/platform/automation.h"
+#include "qorgen/platform/common/white_space.h"
 #include "qorgen/platform/linux/automation/width.h"
 
 namespace qorgen::platform {
@@ -36,7 +37,7 @@ bool ReadBased(const wchar_t* at, NumberText* number) {
     number->bits = (number->bits << shift) | static_cast<unsigned>(digit);
   }
   if (at == first) return false;
-  while (IsWhite(NarrowUnit(*at))) ++at;
+  while (IsNarrowSpace(NarrowUnit(*at))) ++at;
   return *at == 0;
 }
 
@@ -97,7 +98,7 @@ bool ReadNumber(const wchar_t* text, NumberText* number) {
   const wchar_t* at = text;
   for (;; ++at) {
     const wchar_t unit = NarrowUnit(*at);
-    if (IsWhite(unit)) continue;
+    if (IsNarrowSpace(unit)) continue;
     if ((unit == L'+' || unit == L'-') && !sign && !open) {
       sign = true;
       number->negative = unit == L'-';
@@ -119,7 +120,7 @@ bool ReadNumber(const wchar_t* text, NumberText* number) {
   currency = false;
   for (;; ++at) {
     const wchar_t unit = NarrowUnit(*at);
-    if (IsWhite(unit)) continue;
+    if (IsNarrowSpace(unit)) continue;
     if ((unit == L'+' || unit == L'-') && !sign && !open) {
       sign = true;
       number->negative = unit == L'-';

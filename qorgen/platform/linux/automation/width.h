@@ -11,9 +11,6 @@ constexpr wchar_t NarrowUnit(wchar_t unit) {
   return unit == 0xFFE5 ? wchar_t{0xA5} : unit;
 }
 
-constexpr bool IsWhite(wchar_t unit) {
-  return unit == L' ' || (unit >= 9 && unit <= 13);
-}
 constexpr bool IsDigit(wchar_t unit) {
   return unit >= L'0' && unit <= L'9';
 }

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "qorgen/platform/common/code_page_932.h"
+
 namespace qorgen::platform {
 
 // How far a conversion came. It ends early only where the next character doesn't fit.
@@ -19,13 +21,6 @@ struct Progress {
 };
 
 // ---- code page 932 ----
-
-constexpr bool IsLead932(unsigned char byte) {
-  return static_cast<unsigned char>((byte ^ 0x20) - 0xA1) < 0x3C;
-}
-constexpr bool IsTrail932(unsigned char byte) {
-  return byte >= 0x40 && byte <= 0xFC && byte != 0x7F;
-}
 
 // What the platform gives for a pair without a character.
 inline constexpr wchar_t kUnassigned932 = 0x30FB;

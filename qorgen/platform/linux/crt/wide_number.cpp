@@ -7,7 +7,10 @@
 #include <limits>
 #include <string>
 
+#include "qorgen/platform/common/white_space.h"
 #include "qorgen/platform/crt.h"
+
+using qorgen::platform::IsWhiteSpace;
 
 namespace {
 
@@ -49,7 +52,7 @@ Magnitude ReadInteger(const wchar_t* text, int base, std::uint64_t positiveLimit
     return result;
   }
   const wchar_t* at = text;
-  while (iswspace(*at)) ++at;
+  while (IsWhiteSpace(*at)) ++at;
   if (*at == L'-' || *at == L'+') result.negative = *at++ == L'-';
   if ((base == 0 || base == 16) && DigitValue(at[0]) == 0 && (at[1] | 32u) == L'x' &&
       DigitValue(at[2]) < 16) {
@@ -169,7 +172,7 @@ unsigned long long qorgen_wcstoull(const wchar_t* text, wchar_t** end, int base)
 
 double qorgen_wcstod(const wchar_t* text, wchar_t** end) {
   const wchar_t* at = text;
-  while (iswspace(*at)) ++at;
+  while (IsWhiteSpace(*at)) ++at;
   const wchar_t* number = at;
   bool negative = false;
   if (*number == L'-' || *number == L'+') negative = *number++ == L'-';
@@ -189,7 +192,7 @@ double qorgen_wcstod(const wchar_t* text, wchar_t** end) {
   if (length == 0) {
     // The longest run that a special form can hold: letters, digits, point, sign, and the brackets of
     // nan(...).
-    while (number[last] != 0 && number[last] < 0x80 && !iswspace(number[last])) ++last;
+    while (number[last] != 0 && number[last] < 0x80 && !IsWhiteSpace(number[last])) ++last;
   }
   std::string narrow(number, number + last);
   if (!narrow.empty() && (narrow[0] == '+' || narrow[0] == '-')) narrow.clear();

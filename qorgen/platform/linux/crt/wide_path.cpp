@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "qorgen/platform/crt.h"
-#include "qorgen/platform/linux/codepage/codec.h"
 
 namespace {
 
@@ -106,16 +105,4 @@ void _wmakepath(wchar_t* path, const wchar_t* drive, const wchar_t* folder, cons
     joiner.Append(extension);
   }
   joiner.Finish();
-}
-
-int _ismbblead(unsigned int byte) {
-  return byte <= 0xFF && qorgen::platform::IsLead932(static_cast<unsigned char>(byte));
-}
-
-int _ismbbtrail(unsigned int byte) {
-  return byte <= 0xFF && qorgen::platform::IsTrail932(static_cast<unsigned char>(byte));
-}
-
-int _ismbbprint(unsigned int byte) {
-  return (byte >= 0x20 && byte <= 0x7E) || (byte >= 0xA1 && byte <= 0xDF);
 }

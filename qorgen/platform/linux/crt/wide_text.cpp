@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "qorgen/platform/common/text_length.h"
 #include "qorgen/platform/crt.h"
-#include "qorgen/platform/linux/crt/text_length.h"
 
 namespace {
 
@@ -17,10 +17,6 @@ bool IsIn(wchar_t unit, const wchar_t* set) {
     if (*set == unit) return true;
   }
   return false;
-}
-
-wint_t Fold(wchar_t unit) {
-  return unit < 0x80 ? (unit >= L'A' && unit <= L'Z' ? unit + 32u : unit) : towlower(unit);
 }
 
 }  // namespace
@@ -170,33 +166,6 @@ const wchar_t* qorgen_wmemchr(const wchar_t* text, wchar_t unit, size_t count) {
 
 wchar_t* qorgen_wmemchr(wchar_t* text, wchar_t unit, size_t count) {
   return const_cast<wchar_t*>(wmemchr(const_cast<const wchar_t*>(text), unit, count));
-}
-
-int _wcsicmp(const wchar_t* left, const wchar_t* right) {
-  for (;; ++left, ++right) {
-    const wint_t a = Fold(*left);
-    const wint_t b = Fold(*right);
-    if (a != b || a == 0) return Order(a, b);
-  }
-}
-
-int _wcsnicmp(const wchar_t* left, const wchar_t* right, size_t count) {
-  for (; count != 0; --count, ++left, ++right) {
-    const wint_t a = Fold(*left);
-    const wint_t b = Fold(*right);
-    if (a != b || a == 0) return Order(a, b);
-  }
-  return 0;
-}
-
-wchar_t* _wcsupr(wchar_t* text) {
-  for (wchar_t* unit = text; *unit != 0; ++unit) *unit = static_cast<wchar_t>(towupper(*unit));
-  return text;
-}
-
-wchar_t* _wcslwr(wchar_t* text) {
-  for (wchar_t* unit = text; *unit != 0; ++unit) *unit = static_cast<wchar_t>(towlower(*unit));
-  return text;
 }
 
 wchar_t* _wcsrev(wchar_t* text) {

@@ -1,15 +1,16 @@
 #include "qorgen/platform/linux/filesystem/name_pattern.h"
 
-#include <glib.h>
+#include "qorgen/platform/common/letter_case.h"
 
 namespace qorgen::platform {
 
+namespace {
+
 char16_t UpperUnit(char16_t unit) {
-  if (unit < 0x80) return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 0x20) : unit;
-  if (unit >= 0xD800 && unit < 0xE000) return unit;
-  const gunichar upper = g_unichar_toupper(unit);
-  return upper < 0x80 || upper > 0xFFFF ? unit : static_cast<char16_t>(upper);
+  return static_cast<char16_t>(ToUpperUnit(static_cast<wchar_t>(unit)));
 }
+
+}  // namespace
 
 std::u16string UpperName(std::u16string_view name) {
   std::u16string upper(name);

@@ -9,9 +9,7 @@
 
 namespace qorgen::platform {
 
-// One unit in upper case, by the one-to-one case of Unicode; never leads from outside ASCII into it, so that
-// file names compare the same in every language.
-[[nodiscard]] char16_t UpperUnit(char16_t unit);
+// In upper case, unit by unit and in every language the same (see letter_case.h).
 [[nodiscard]] std::u16string UpperName(std::u16string_view name);
 
 // Whether a text has a * or a ?.

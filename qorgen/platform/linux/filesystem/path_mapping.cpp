@@ -4,6 +4,8 @@
 #include <cstring>
 #include <vector>
 
+#include "qorgen/platform/common/text_length.h"
+
 namespace qorgen::platform {
 namespace {
 
@@ -94,14 +96,6 @@ std::u16string EscapeBytes(std::string_view host) {
 }
 
 }  // namespace
-
-std::size_t TextLength(const wchar_t* text) {
-  std::size_t length = 0;
-  if (text != nullptr) {
-    while (text[length] != 0) ++length;
-  }
-  return length;
-}
 
 std::u16string TextOf(const wchar_t* text) {
   std::u16string copy(TextLength(text), u'\0');

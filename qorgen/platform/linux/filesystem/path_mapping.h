@@ -53,8 +53,7 @@ namespace qorgen::platform {
 // returned.
 DWORD StoreText(std::u16string_view text, wchar_t* buffer, DWORD capacity);
 
-// A terminated wide text as a view, and its length; null counts as empty.
-[[nodiscard]] std::size_t TextLength(const wchar_t* text);
+// A copy of a terminated wide text; null counts as empty.
 [[nodiscard]] std::u16string TextOf(const wchar_t* text);
 
 constexpr bool IsSeparator(wchar_t c) {

@@ -14,6 +14,7 @@
 #include <string>
 #include <sys/stat.h>
 
+#include "qorgen/platform/common/text_length.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/error/errno_map.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"

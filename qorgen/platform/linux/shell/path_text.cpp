@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "qorgen/platform/common/text_length.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
 #include "qorgen/platform/shell.h"
 

@@ -1,10 +1,14 @@
-// Formatted times. Fields are checked before they are used, so no broken-down time can lead outside a table;
+// Formatted times, on both hosts: the runtimes differ in the letters they know, and one sends literal text through
+// the locale's code page. Fields are checked before they are used, so no broken-down time can lead outside a table;
 // letters that stand for several others expand to a format and run through the same switch.
 
 #include <ctime>
 
+#include "qorgen/platform/common/civil_date.h"
+#include "qorgen/platform/common/time_locale.h"
 #include "qorgen/platform/crt.h"
-#include "qorgen/platform/linux/crt/locale_state.h"
+
+using namespace qorgen::platform;
 
 namespace {
 
@@ -115,8 +119,6 @@ class Writer {
     return (time_.tm_yday + 7 - (time_.tm_wday + 7 - firstDay) % 7) / 7;
   }
 
-  static bool IsLeap(int year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
-
   // The week of ISO 8601 and the year that it belongs to.
   int IsoWeek(int& year) const {
     const int weekday = (time_.tm_wday + 6) % 7;
@@ -135,15 +137,10 @@ class Writer {
 
   bool WriteZone(bool name) {
     if (time_.tm_isdst < 0) return true;
-    tzset();
-    const bool summer = time_.tm_isdst > 0;
-    if (name) {
-      for (const char* c = tzname[summer ? 1 : 0]; *c != 0; ++c) Put(static_cast<unsigned char>(*c));
-      return true;
-    }
-    const long minutes = -timezone / 60 + (summer ? 60 : 0);
-    Put(minutes < 0 ? L'-' : L'+');
-    const int size = static_cast<int>(minutes < 0 ? -minutes : minutes);
+    const TimeZone zone = LocalZone(time_.tm_isdst > 0);
+    if (name) return PutText(zone.name);
+    Put(zone.minutes < 0 ? L'-' : L'+');
+    const int size = zone.minutes < 0 ? -zone.minutes : zone.minutes;
     return PutNumber(size / 60, 2, false) && PutNumber(size % 60, 2, false);
   }
 
@@ -249,7 +246,7 @@ size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, 
     errno = EINVAL;
     return 0;
   }
-  Writer writer(buffer, capacity, qorgen::platform::IsTimeJapanese() ? kJapanese : kEnglish, *time);
+  Writer writer(buffer, capacity, IsTimeJapanese() ? kJapanese : kEnglish, *time);
   if (!writer.Run(format)) {
     errno = EINVAL;
     buffer[0] = 0;

@@ -85,7 +85,8 @@ BENCHMARK(GroupedGlibc)->Name("grouped_number/glibc");
 
 void EraTextQorgen(benchmark::State& state) {
   Each(state, Days(), [](const QORDATE& day) {
-    wchar_t* text = CQorDateUtil::FormatString(day, 0x1741u, nullptr);
+    wchar_t* text = CQorDateUtil::FormatString(
+        day, DATEFORMAT_DATE | DATEFORMAT_KANJI | DATEFORMAT_ERAYEAR | DATEFORMAT_ERANAME, nullptr);
     benchmark::DoNotOptimize(text);
     QorFree(text);
   });

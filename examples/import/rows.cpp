@@ -10,8 +10,7 @@
 namespace {
 
 constexpr unsigned int kTypeMask = 0x07FFF000;
-constexpr unsigned int kGrouped = 0x01, kWhiteTriangle = 0x20;  // number format flags
-constexpr unsigned int kEraDate = 0x2701;                       // year, month, day; "R." and the era year
+constexpr unsigned int kEraDate = DATEFORMAT_DATE | DATEFORMAT_ERAYEAR | DATEFORMAT_ERAPOINT;
 
 template <typename Value>
 Value Stored(const QorTypeCheckInfoTable& column, const unsigned char* record) {
@@ -80,8 +79,8 @@ const wchar_t* TextOf(const QorTypeCheckInfoTable& column, const unsigned char* 
 
 std::string ShownAmount(double value, int decimals) {
   constexpr int half_up = 3;
-  return Take(
-      CQorNumUtil::FormatString(value, kGrouped | kWhiteTriangle, nullptr, decimals, half_up, 0, L' '));
+  return Take(CQorNumUtil::FormatString(value, NUMFORMAT_GROUP | NUMFORMAT_WHITETRIANGLE, nullptr, decimals,
+                                        half_up, 0, L' '));
 }
 
 std::string Shown(const QorTypeCheckInfoTable& column, const unsigned char* record, bool empty) {

@@ -89,7 +89,9 @@ bool Keep(const Reminder& reminder, CQorRegFileKey& last) {
 // "令和08年10月31日(土)"
 CString DayText(const QORDATE& date) {
   CString text;
-  CQorDateUtil::FormatString(text, date.ToLongDate(), 0x11741, nullptr);
+  constexpr unsigned int style =
+      DATEFORMAT_DATE | DATEFORMAT_KANJI | DATEFORMAT_WEEKKANJI | DATEFORMAT_ERAYEAR | DATEFORMAT_ERANAME;
+  CQorDateUtil::FormatString(text, date.ToLongDate(), style, nullptr);
   return text;
 }
 

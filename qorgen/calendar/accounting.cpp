@@ -27,19 +27,19 @@ namespace {
 
 // Puts the parts of `source` that `style` names into `target`.
 void CopyParts(const QORDATE& source, unsigned style, QORDATE& target) {
-  if ((style & kStyleYear) != 0) target.year = source.year;
-  if ((style & kStyleMonth) != 0) target.month = source.month;
-  if ((style & kStyleDay) != 0) target.day = source.day;
+  if ((style & DATEFORMAT_YEAR) != 0) target.year = source.year;
+  if ((style & DATEFORMAT_MONTH) != 0) target.month = source.month;
+  if ((style & DATEFORMAT_DAY) != 0) target.day = source.day;
 }
 
 QORDATE Completed(const QORDATE& date, const QORDATE& lowest, unsigned typed) {
   QORDATE result(date);
-  if ((typed & kStyleYear) == 0) {
+  if ((typed & DATEFORMAT_YEAR) == 0) {
     if (result.year == 0) result.year = lowest.year;
-    CopyParts(lowest, ~typed & (kStyleMonth | kStyleDay), result);
-  } else if ((typed & kStyleMonth) == 0) {
-    CopyParts(lowest, kStyleMonth | kStyleDay, result);
-  } else if ((typed & kStyleDay) == 0) {
+    CopyParts(lowest, ~typed & (DATEFORMAT_MONTH | DATEFORMAT_DAY), result);
+  } else if ((typed & DATEFORMAT_MONTH) == 0) {
+    CopyParts(lowest, DATEFORMAT_MONTH | DATEFORMAT_DAY, result);
+  } else if ((typed & DATEFORMAT_DAY) == 0) {
     result.day = lowest.day;
   }
   return result;

@@ -35,7 +35,7 @@ wchar_t* PutDelimiter(wchar_t* out, unsigned style, unsigned part) {
 }
 
 wchar_t* PutYear(wchar_t* out, const DateParts& parts, unsigned style) {
-  if ((style & kStyleEraYear) != 0) {
+  if ((style & DATEFORMAT_ERAYEAR) != 0) {
     const int month = parts.month[0] == 0 ? 1 : NumberOf(parts.month);
     const int day = parts.day[0] == 0 ? 1 : NumberOf(parts.day);
     const QORDATE date(static_cast<char>(day), static_cast<char>(month),
@@ -47,26 +47,26 @@ wchar_t* PutYear(wchar_t* out, const DateParts& parts, unsigned style) {
 }
 
 int PartsInUse(unsigned style) {
-  return ((style & (kStyleYear | kStyleSilentYear)) != 0) + ((style & kStyleMonth) != 0) +
-         ((style & kStyleDay) != 0);
+  return ((style & (DATEFORMAT_YEAR | DATEFORMAT_HIDDENYEAR)) != 0) + ((style & DATEFORMAT_MONTH) != 0) +
+         ((style & DATEFORMAT_DAY) != 0);
 }
 
 // Lays a date that has been cut out in the buffer. Returns the length.
 std::size_t PutDate(const DateParts& parts, unsigned style, int week, wchar_t (&buffer)[kBufferLength]) {
   wchar_t* out = buffer;
-  if ((style & kStyleOpen) != 0) *out++ = L'(';
-  if ((style & kStyleYear) != 0 && parts.year[0] != 0) {
-    out = PutDelimiter(PutYear(out, parts, style), style, kStyleYear);
+  if ((style & DATEFORMAT_OPEN) != 0) *out++ = L'(';
+  if ((style & DATEFORMAT_YEAR) != 0 && parts.year[0] != 0) {
+    out = PutDelimiter(PutYear(out, parts, style), style, DATEFORMAT_YEAR);
   }
-  if ((style & kStyleMonth) != 0 && parts.month[0] != 0) {
-    out = PutDelimiter(PutText(out, parts.month), style, kStyleMonth);
+  if ((style & DATEFORMAT_MONTH) != 0 && parts.month[0] != 0) {
+    out = PutDelimiter(PutText(out, parts.month), style, DATEFORMAT_MONTH);
   }
-  if ((style & kStyleDay) != 0 && parts.day[0] != 0) {
-    out = PutDelimiter(PutText(out, parts.day), style, kStyleDay);
+  if ((style & DATEFORMAT_DAY) != 0 && parts.day[0] != 0) {
+    out = PutDelimiter(PutText(out, parts.day), style, DATEFORMAT_DAY);
   }
-  if (week >= 0 && (style & kStyleWeekMask) != 0)
+  if (week >= 0 && (style & DATEFORMAT_WEEKMASK) != 0)
     out = PutText(out, CQorDateUtil::GetWeekString(week, style));
-  if ((style & kStyleClose) != 0) *out++ = L')';
+  if ((style & DATEFORMAT_CLOSE) != 0) *out++ = L')';
   return static_cast<std::size_t>(out - buffer);
 }
 
@@ -74,7 +74,8 @@ std::size_t PutDate(const DateParts& parts, unsigned style, int week, wchar_t (&
 Formatted FormatDigits(const wchar_t* digits, std::size_t length, unsigned style, int week,
                        wchar_t (&buffer)[kBufferLength]) {
   if (length == 0 || style == 0) return {Formatted::kNothing, 0};
-  const DateParts parts = CutDateText(digits, length, kStyleWholeDate | (style & kStyleBlankPad), QORDATE());
+  const DateParts parts =
+      CutDateText(digits, length, DATEFORMAT_DATE | (style & DATEFORMAT_BLANKPAD), QORDATE());
   if (parts.found == 0) return {Formatted::kNothing, 0};
   if (parts.found < PartsInUse(style)) return {Formatted::kUnchanged, 0};
 
@@ -83,7 +84,7 @@ Formatted FormatDigits(const wchar_t* digits, std::size_t length, unsigned style
 
 // Formats a date into the buffer; where there is nothing to format the text is the digit string.
 std::size_t FormatDate(const QORDATE& date, unsigned style, wchar_t (&buffer)[kBufferLength]) {
-  const int week = (style & kStyleWeekMask) != 0 ? date.GetWeek() : -1;
+  const int week = (style & DATEFORMAT_WEEKMASK) != 0 ? date.GetWeek() : -1;
   if (DateParts parts; style != 0 && CutWholeDate(date, style, parts))
     return PutDate(parts, style, week, buffer);
   wchar_t digits[kDigitStringLength];
@@ -131,21 +132,21 @@ wchar_t* CQorDateUtil::ToDayString(char nDay, int bZeroFill) {
 
 const wchar_t* CQorDateUtil::GetWeekString(int nWeek, unsigned int nStyle) {
   if (nWeek < 0 || nWeek > 6) return L"";
-  if ((nStyle & kStyleWeekShort) != 0) return kWeekShort[nWeek];
-  return (nStyle & kStyleWeekLong) != 0 ? kWeekLong[nWeek] : L"";
+  if ((nStyle & DATEFORMAT_WEEKKANJI) != 0) return kWeekShort[nWeek];
+  return (nStyle & DATEFORMAT_WEEKENGLISH) != 0 ? kWeekLong[nWeek] : L"";
 }
 
 const wchar_t* CQorDateUtil::GetDelimiterString(unsigned int nStyle, unsigned int nPart) {
-  if ((nStyle & kStylePlain) != 0) return nullptr;
-  if ((nStyle & kStyleJapanese) != 0) {
-    if ((nPart & kStyleYear) != 0) return L"年";
-    if ((nPart & kStyleMonth) != 0) return L"月";
-    return (nPart & kStyleDay) != 0 ? L"日" : nullptr;
+  if ((nStyle & DATEFORMAT_NODELIMITER) != 0) return nullptr;
+  if ((nStyle & DATEFORMAT_KANJI) != 0) {
+    if ((nPart & DATEFORMAT_YEAR) != 0) return L"年";
+    if ((nPart & DATEFORMAT_MONTH) != 0) return L"月";
+    return (nPart & DATEFORMAT_DAY) != 0 ? L"日" : nullptr;
   }
-  const bool between = ((nPart & kStyleYear) != 0 && (nStyle & kStyleMonth) != 0) ||
-                       ((nPart & kStyleMonth) != 0 && (nStyle & kStyleDay) != 0);
+  const bool between = ((nPart & DATEFORMAT_YEAR) != 0 && (nStyle & DATEFORMAT_MONTH) != 0) ||
+                       ((nPart & DATEFORMAT_MONTH) != 0 && (nStyle & DATEFORMAT_DAY) != 0);
   if (!between) return nullptr;
-  return (nStyle & kStylePoint) != 0 ? L"." : L"/";
+  return (nStyle & DATEFORMAT_POINT) != 0 ? L"." : L"/";
 }
 
 wchar_t* CQorDateUtil::FormatString(const QORDATE& date, unsigned int nStyle, int* pnLength) {

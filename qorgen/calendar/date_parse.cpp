@@ -49,8 +49,8 @@ short SeirekiOf(int typed, int era_row, const QORDATE& date, unsigned style) {
   if (row == kNoRow && date.IsEmpty()) row = kHeiseiRow;
   if (row == kNoRow) {
     QORDATE whole(date);
-    if ((style & kStyleMonth) == 0) whole.month = 1;
-    if ((style & kStyleDay) == 0) whole.day = 1;
+    if ((style & DATEFORMAT_MONTH) == 0) whole.month = 1;
+    if ((style & DATEFORMAT_DAY) == 0) whole.day = 1;
     row = FindEraRow(whole);
     if (row == kNoRow) return 0;
     if (typed < 10) typed += CQorDateUtil::ToWareki(whole) / 10 * 10;
@@ -62,12 +62,12 @@ short SeirekiOf(int typed, int era_row, const QORDATE& date, unsigned style) {
 
 // Cut for the year: the parts in use come off the right end first, unless the text holds a year and no more.
 DateParts CutTypedYear(const wchar_t* text, std::size_t length, unsigned style) {
-  const unsigned wanted = HasYearAlone(text) ? kStyleYear : style | kStyleYear;
+  const unsigned wanted = HasYearAlone(text) ? DATEFORMAT_YEAR : style | DATEFORMAT_YEAR;
   return CutDateText(text, length, wanted, QORDATE());
 }
 
 QORDATE FromDigits(const wchar_t* digits, std::size_t length) {
-  const DateParts parts = CutDateText(digits, length, kStyleWholeDate, QORDATE());
+  const DateParts parts = CutDateText(digits, length, DATEFORMAT_DATE, QORDATE());
   return QORDATE(static_cast<char>(NumberOf(parts.day)), static_cast<char>(NumberOf(parts.month)),
                  static_cast<short>(NumberOf(parts.year)));
 }
@@ -85,7 +85,7 @@ wchar_t* PutCompleted(wchar_t* out, const wchar_t* text, unsigned style, const Q
   if (parts.found == 0) return nullptr;
   if (parts.year[0] == 0) {
     out = PutNumber(out, date.year, 4, L'0');
-  } else if (parts.era_row != kNoRow || (style & kStyleEraYear) != 0) {
+  } else if (parts.era_row != kNoRow || (style & DATEFORMAT_ERAYEAR) != 0) {
     out = PutNumber(out, SeirekiOf(parts.typed_year, parts.era_row, date, style), 4, L'0');
   } else {
     out = PutText(out, parts.year);
@@ -98,7 +98,7 @@ struct DigitCount {
   unsigned style;
   int digits;
 };
-constexpr unsigned kCountedStyle = kStyleWholeDate | kStyleSilentYear | kStyleEraYear;
+constexpr unsigned kCountedStyle = DATEFORMAT_DATE | DATEFORMAT_HIDDENYEAR | DATEFORMAT_ERAYEAR;
 static_assert(kCountedStyle == 0xF01);
 constexpr DigitCount kDigitCounts[] = {
     {0x700, 8}, {0x600, 6}, {0x400, 4}, {0x300, 4}, {0x200, 2}, {0x100, 2},

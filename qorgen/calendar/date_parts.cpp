@@ -35,7 +35,7 @@ int FindEraInText(const wchar_t* text, std::size_t length) {
 }
 
 void PadTwoDigits(wchar_t* digits, unsigned style) {
-  if ((style & kStyleBlankPad) == 0) return;
+  if ((style & DATEFORMAT_BLANKPAD) == 0) return;
   for (int i = 0; i < 2 && digits[i] == L'0'; ++i) digits[i] = L' ';
 }
 
@@ -113,11 +113,11 @@ int NumberOf(const wchar_t* digits) {
 DateParts CutDateText(const wchar_t* text, std::size_t length, unsigned style, const QORDATE& date) {
   DateParts parts;
   RightReader reader(text, length);
-  if ((style & kStyleDay) != 0 && TakeTwoDigits(reader, style, parts.day)) ++parts.found;
-  if ((style & kStyleMonth) != 0 && TakeTwoDigits(reader, style, parts.month)) ++parts.found;
+  if ((style & DATEFORMAT_DAY) != 0 && TakeTwoDigits(reader, style, parts.day)) ++parts.found;
+  if ((style & DATEFORMAT_MONTH) != 0 && TakeTwoDigits(reader, style, parts.month)) ++parts.found;
   parts.era_row = FindEraInText(text, length);
   if (parts.era_row != kNoRow) ++parts.found;
-  if ((style & kStyleYear) == 0) return parts;
+  if ((style & DATEFORMAT_YEAR) == 0) return parts;
 
   wchar_t year[5] = {L'0', L'0', L'0', L'0', 0};
   const int taken = reader.Take(4, year + 4);
@@ -156,9 +156,9 @@ LastDigits::LastDigits(const wchar_t* source, std::size_t source_length) {
 
 wchar_t* PutDigitString(wchar_t* out, const QORDATE& date, unsigned style) {
   if (date.IsEmpty()) return out;
-  if (date.year >= 1 || (style & kStyleYear) != 0) out = PutNumber(out, date.year, 4, L'0');
-  if (date.month >= 1 || (style & kStyleMonth) != 0) out = PutNumber(out, date.month, 2, L'0');
-  if (date.day >= 1 || (style & kStyleDay) != 0) out = PutNumber(out, date.day, 2, L'0');
+  if (date.year >= 1 || (style & DATEFORMAT_YEAR) != 0) out = PutNumber(out, date.year, 4, L'0');
+  if (date.month >= 1 || (style & DATEFORMAT_MONTH) != 0) out = PutNumber(out, date.month, 2, L'0');
+  if (date.day >= 1 || (style & DATEFORMAT_DAY) != 0) out = PutNumber(out, date.day, 2, L'0');
   return out;
 }
 

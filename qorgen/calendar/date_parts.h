@@ -43,8 +43,8 @@ struct DateParts {
 
 // Cuts a text from its right end into day, month and year, each of them only if its style bit is set, and
 // looks for an era anywhere in it. A year of less than four digits is completed from `date`, or with zeros
-// where the text has an era or `date` is empty. 0x100000 turns the leading zeros of day and month into
-// blanks.
+// where the text has an era or `date` is empty. DATEFORMAT_BLANKPAD turns the leading zeros of day and month
+// into blanks.
 DateParts CutDateText(const wchar_t* text, std::size_t length, unsigned style, const QORDATE& date);
 
 // What CutDateText would make of the digit string of a date, where that is eight digits of parts from 1 on:

@@ -11,31 +11,20 @@
 // give. A `const wchar_t*` result is a constant and is never freed. Every text argument may be null. After a
 // failure the out-parameters are as they were; every pointer to one may be null.
 //
-// The style word of dates:
-//   0x1       the year is an era year
-//   0x2       no effect on the finished text
-//   0x4       "(" in front
-//   0x8       ")" behind
-//   0x10      no delimiters
-//   0x20      delimiter "." instead of "/"
-//   0x40      delimiters 年 月 日, and 元 for the first era year while GannenUse() is not 0
-//   0x80      the first era year is 元
-//   0x100     the day is in use
-//   0x200     the month is in use
-//   0x400     the year is in use
-//   0x800     counts as a year in use and writes nothing
-//   0x1000    era title: the era's name (平成)
-//   0x2000    era title: letter and point (H.); under 0x10 the letter
-//   0x4000    era title: the letter (H)
-//   0x10000   day of the week behind, "(火)"
-//   0x20000   day of the week behind, "(TUE)"; 0x10000 wins
-//   0x100000  blanks instead of leading zeros
+// The style words are made of DATEFORMAT_... and TIMEFORMAT_... For 5 March 2019:
 //
-// For 5 March 2019: 0x700 "2019/03/05", 0x720 "2019.03.05", 0x710 "20190305", 0x740 "2019年03月05日", 0x1701
-// "平成31/03/05", 0x2701 "H.31/03/05", 0x10700 "2019/03/05(火)", 0x70C "(2019/03/05)".
+//   DATEFORMAT_DATE                                                  "2019/03/05"
+//   DATEFORMAT_DATE | DATEFORMAT_POINT                               "2019.03.05"
+//   DATEFORMAT_DATE | DATEFORMAT_NODELIMITER                         "20190305"
+//   DATEFORMAT_DATE | DATEFORMAT_KANJI                               "2019年03月05日"
+//   DATEFORMAT_DATE | DATEFORMAT_ERAYEAR | DATEFORMAT_ERANAME        "平成31/03/05"
+//   DATEFORMAT_DATE | DATEFORMAT_ERAYEAR | DATEFORMAT_ERAPOINT       "H.31/03/05"
+//   DATEFORMAT_DATE | DATEFORMAT_WEEKKANJI                           "2019/03/05(火)"
+//   DATEFORMAT_DATE | DATEFORMAT_OPEN | DATEFORMAT_CLOSE             "(2019/03/05)"
 
 #include "qorgen/afx/string.h"
 #include "qorgen/calendar/date_record.h"
+#include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/era_date.h"
 #include "qorgen/platform/export.h"
 
@@ -60,7 +49,7 @@ class QORGEN_API CQorDateUtil {
   static const wchar_t* GetWarekiTitle(const QORDATE& date, unsigned int nStyle);
   // The day of the week, 0 for Sunday; "" with neither bit and for a number outside 0 to 6.
   static const wchar_t* GetWeekString(int nWeek, unsigned int nStyle);
-  // The delimiter behind a part (0x400, 0x200 or 0x100); null where none stands.
+  // The delimiter behind a part (DATEFORMAT_YEAR, _MONTH or _DAY); null where none stands.
   static const wchar_t* GetDelimiterString(unsigned int nStyle, unsigned int nPart);
 
   // A date by its style. The text goes through the digit string, which is read from the right: a record that
@@ -77,9 +66,8 @@ class QORGEN_API CQorDateUtil {
   // Into a string, which is left alone where the pointer form would give null.
   static void FormatString(CString& strText, int nDate, unsigned int nStyle, int* pnLength);
 
-  // The time alone. Bits: 0x1 twelve-hour clock with a prefix, 0x2 twenty-four-hour clock, 0x4 minutes, 0x8
-  // seconds, 0x10 Japanese units and prefix. Hours keep a leading blank, minutes and seconds are zero-padded:
-  // 0x1F gives "午後 3時04分05秒", 0x0E gives "15:04:05".
+  // The time alone, by TIMEFORMAT_...: all of them give "午後 3時04分05秒"; HOUR24, MINUTE and SECOND give
+  // "15:04:05".
   static void FormatString(CString& strText, const QORDATETIME& date, unsigned short nTimeStyle);
   // Date, one blank, time.
   static void FormatString(CString& strText, const QORDATETIME& date, unsigned int nStyle,
@@ -90,15 +78,15 @@ class QORGEN_API CQorDateUtil {
   // A copy with the characters "0" to "9" alone; null for a null or empty text, "" for one without digits.
   static wchar_t* ParseString(const wchar_t* pszText, int* pnLength);
   // Any date text to the digits yyyymmdd. Parts that the text lacks come from `date`; null when it holds
-  // none. Under 0x1, or with an era in the text, the year is an era year (see ToSeireki). "1/2" with 0x300
-  // and a date of 2024 gives "20240102".
+  // none. Under DATEFORMAT_ERAYEAR, or with an era in the text, the year is an era year (see ToSeireki). "1/2" with month
+  // and day in use and a date of 2024 gives "20240102".
   static wchar_t* ParseString(const wchar_t* pszText, unsigned int nStyle, const QORDATE& date,
                               int* pnLength);
   // How many characters are digits or blanks.
   static int ParseStringLength(const wchar_t* pszText);
   // Cuts a text into its parts from the right end and gives their number; an era counts as one. A part that
   // is found is stored as a new block: the era's letter, four digits of year, two of month and day (blanks in
-  // front under 0x100000). The pointer of one that isn't stays as it was. A short year is completed from a
+  // front under DATEFORMAT_BLANKPAD). The pointer of one that isn't stays as it was. A short year is completed from a
   // non-empty `date`.
   static int ExtractPlainString(const wchar_t* pszText, wchar_t** ppEra, wchar_t** ppYear, wchar_t** ppMonth,
                                 wchar_t** ppDay, unsigned int nStyle, QORDATE date);
@@ -182,7 +170,7 @@ class QORGEN_API CQorDateUtil {
   // outside 0 to 6.
   static int GetDayFromWeek(int nYear, int nMonth, int nWeek, int nDayOfWeek, int bAdjust);
 
-  // Turns a date of which the parts in `nStyle` (0x400, 0x200, 0x100) were typed into a usable one between
+  // Turns a date of which the parts in `nStyle` (DATEFORMAT_YEAR, _MONTH, _DAY) were typed into a usable one between
   // `dateMin` and `dateMax`, stored through `pDate`. Untyped parts come from dateMin, or from dateMax where
   // that leaves the range below. The result says what was changed: -1 below and 1 above the range; -2 and 2
   // the year (to 1868 and 2087), -3 and 3 the month, -4 and 4 the day, the last one found; 0 nothing. An

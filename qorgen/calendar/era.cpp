@@ -1,7 +1,6 @@
 // The era questions of the date object, over the constant table of eras. Stateless but for the object's own
 // fields.
 
-#include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/era_date.h"
 #include "qorgen/calendar/era_table.h"
 
@@ -18,7 +17,7 @@ constexpr bool IsEra(int index) {
 }  // namespace
 
 int CQorDate::GetGengo() const {
-  return FindEra((m_nStyle & qorgen::calendar::kEmptyAllowed) != 0 ? m_dateLast : m_date);
+  return FindEra((m_nStyle & DATESTYLE_EMPTY) != 0 ? m_dateLast : m_date);
 }
 
 int CQorDate::GetWareki(int* pnGengo) const {

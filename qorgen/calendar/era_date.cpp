@@ -3,7 +3,6 @@
 
 #include "qorgen/calendar/era_date.h"
 
-#include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/era_table.h"
 #include "qorgen/calendar/today.h"
 #include "qorgen/platform/common/civil_date.h"
@@ -20,17 +19,17 @@ struct PartsInUse {
 };
 
 constexpr PartsInUse PartsOfKind(unsigned style) {
-  switch (style & kKindMask) {
-    case 2:
+  switch (style & DATESTYLE_KIND) {
+    case DATESTYLE_YEARMONTH:
       return {true, true, false};
-    case 3:
+    case DATESTYLE_MONTHDAY:
     case 4:
       return {false, true, true};
-    case 5:
+    case DATESTYLE_YEAR:
       return {true, false, false};
-    case 6:
+    case DATESTYLE_MONTH:
       return {false, true, false};
-    case 7:
+    case DATESTYLE_DAY:
     case 8:
       return {false, false, true};
     default:
@@ -66,7 +65,7 @@ CQorDate::CQorDate(QORDATE date) {
 CQorDate::~CQorDate() = default;
 
 void CQorDate::Initial() {
-  m_nStyle = kEmptyAllowed;
+  m_nStyle = DATESTYLE_EMPTY;
   m_dtMin = 0.0;
   m_dtMax = kLastDayNumber;
   m_dtValue = 0.0;
@@ -121,7 +120,7 @@ void CQorDate::SetToday() {
 }
 
 void CQorDate::SetMin() {
-  const bool step_off_empty = m_dtMin == 0.0 && (m_nStyle & kEmptyAllowed) == 0;
+  const bool step_off_empty = m_dtMin == 0.0 && (m_nStyle & DATESTYLE_EMPTY) == 0;
   *this = step_off_empty ? m_dtMin + 1.0 : m_dtMin;
 }
 
@@ -144,7 +143,7 @@ void CQorDate::SetMinMax(const QORDATE& dateMin, const QORDATE& dateMax) {
 }
 
 void CQorDate::MoveIntoRange() {
-  if ((m_nStyle & kEmptyAllowed) != 0 && m_dtValue == 0.0) return;
+  if ((m_nStyle & DATESTYLE_EMPTY) != 0 && m_dtValue == 0.0) return;
   if (m_dtValue < m_dtMin) {
     *this = m_dtMin;
   } else if (m_dtValue > m_dtMax) {
@@ -153,7 +152,7 @@ void CQorDate::MoveIntoRange() {
 }
 
 void CQorDate::Empty() {
-  if ((m_nStyle & kEmptyAllowed) == 0) return;
+  if ((m_nStyle & DATESTYLE_EMPTY) == 0) return;
   m_date.Empty();
   m_dtValue = 0.0;
 }
@@ -181,7 +180,7 @@ int CQorDate::IsEmpty(const QORDATE* pDate) const {
 
 int CQorDate::CheckDate(const double& dtDate) const {
   if (dtDate != dtDate) return 0;
-  if (WholePart(dtDate) == 0) return (m_nStyle & kEmptyAllowed) != 0;
+  if (WholePart(dtDate) == 0) return (m_nStyle & DATESTYLE_EMPTY) != 0;
   if (m_dtMax > m_dtMin) {
     if (m_dtMin != 0.0 && m_dtMin > dtDate) return 0;
     if (dtDate > m_dtMax) return 0;
@@ -190,7 +189,7 @@ int CQorDate::CheckDate(const double& dtDate) const {
 }
 
 int CQorDate::CheckDate(const QORDATE& date) const {
-  if (IsEmpty(&date)) return (m_nStyle & kEmptyAllowed) != 0;
+  if (IsEmpty(&date)) return (m_nStyle & DATESTYLE_EMPTY) != 0;
   const PartsInUse use = PartsOfKind(m_nStyle);
   if (m_dtMax > m_dtMin) {
     // Above every limit, although there is no DATE to compare.

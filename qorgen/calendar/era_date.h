@@ -8,9 +8,17 @@
 
 #include "qorgen/calendar/date_record.h"
 
-// The style word. Its low four bits are the date kind, the parts in use; 0x10 allows the empty value.
-//   2 year, month    3, 4 month, day    5 year    6 month    7, 8 day    all others year, month, day
-//
+// The style word. Its low four bits are the date kind, the parts in use; 4 and 8 are the same as 3 and 7, and all
+// other kinds than these have year, month and day.
+inline constexpr unsigned int DATESTYLE_DATE = 0;
+inline constexpr unsigned int DATESTYLE_YEARMONTH = 2;
+inline constexpr unsigned int DATESTYLE_MONTHDAY = 3;
+inline constexpr unsigned int DATESTYLE_YEAR = 5;
+inline constexpr unsigned int DATESTYLE_MONTH = 6;
+inline constexpr unsigned int DATESTYLE_DAY = 7;
+inline constexpr unsigned int DATESTYLE_KIND = 0xF;
+inline constexpr unsigned int DATESTYLE_EMPTY = 0x10;  // the empty value is allowed
+
 // Refusing a value means that every field stays as it is. Operations with a result then give 0; the operators
 // say nothing. A value that is not a number is refused as well.
 //
@@ -18,7 +26,7 @@
 // above 9999, where it is in use, lies above every limit.
 class QORGEN_API CQorDate {
  public:
-  // Today, style 0x10, no lower limit, upper limit 31 December 9999.
+  // Today, style DATESTYLE_EMPTY, no lower limit, upper limit 31 December 9999.
   CQorDate();
   // The same, then the checked assignment of the value; a refused one leaves today.
   CQorDate(double dtDate);

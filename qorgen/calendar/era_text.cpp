@@ -12,9 +12,10 @@ namespace {
 
 const wchar_t* TitleOf(int row, unsigned style) {
   const EraText& era = kEraTexts[row];
-  if ((style & kStyleEraPoint) != 0) return (style & kStylePlain) != 0 ? era.letter : era.dotted;
-  if ((style & kStyleEraLetter) != 0) return era.letter;
-  return (style & kStyleEraName) != 0 ? era.name : L"";
+  if ((style & DATEFORMAT_ERAPOINT) != 0)
+    return (style & DATEFORMAT_NODELIMITER) != 0 ? era.letter : era.dotted;
+  if ((style & DATEFORMAT_ERALETTER) != 0) return era.letter;
+  return (style & DATEFORMAT_ERANAME) != 0 ? era.name : L"";
 }
 
 int EraYear(const QORDATE& date, int row) {
@@ -30,9 +31,9 @@ wchar_t* PutEraYear(wchar_t* out, const QORDATE& date, unsigned style) {
   if (year <= 0) return nullptr;
   out = PutText(out, TitleOf(row, style));
   const bool first_year_word =
-      (style & kStyleFirstYear) != 0 || ((style & kStyleJapanese) != 0 && CQorDateUtil::GannenUse() != 0);
+      (style & DATEFORMAT_GANNEN) != 0 || ((style & DATEFORMAT_KANJI) != 0 && CQorDateUtil::GannenUse() != 0);
   if (year == 1 && first_year_word) return PutText(out, L"元");
-  return PutNumber(out, year, 2, (style & kStyleBlankPad) != 0 ? L' ' : L'0');
+  return PutNumber(out, year, 2, (style & DATEFORMAT_BLANKPAD) != 0 ? L' ' : L'0');
 }
 
 }  // namespace qorgen::calendar

@@ -13,8 +13,8 @@ namespace {
 constexpr std::size_t kTimeLength = 64;
 
 wchar_t* PutHour(wchar_t* out, int hour, unsigned style) {
-  const bool japanese = (style & kTimeJapanese) != 0;
-  if ((style & kTimeTwelve) != 0) {
+  const bool japanese = (style & TIMEFORMAT_KANJI) != 0;
+  if ((style & TIMEFORMAT_HOUR12) != 0) {
     // 24 begins the next morning. Hours that no clock shows fall into the half day that they would reach.
     const bool morning = hour < 12 || hour / 12 % 2 == 0;
     if (japanese) {
@@ -24,7 +24,7 @@ wchar_t* PutHour(wchar_t* out, int hour, unsigned style) {
     }
     const bool twelve = hour == 0 || hour == 12 || hour == 24;
     out = PutNumber(out, twelve ? 12 : hour % 12, 2, L' ');
-  } else if ((style & kTimeTwentyFour) != 0) {
+  } else if ((style & TIMEFORMAT_HOUR24) != 0) {
     out = PutNumber(out, hour, 2, L' ');
   } else {
     return out;
@@ -33,16 +33,16 @@ wchar_t* PutHour(wchar_t* out, int hour, unsigned style) {
 }
 
 std::size_t PutTime(wchar_t (&buffer)[kTimeLength], const QORDATETIME& time, unsigned style) {
-  const bool japanese = (style & kTimeJapanese) != 0;
+  const bool japanese = (style & TIMEFORMAT_KANJI) != 0;
   wchar_t* out = PutHour(buffer, time.hour, style);
   // A blank left of a minute or second becomes "0" wherever it stands, a sign included.
-  if ((style & kTimeMinute) != 0) {
+  if ((style & TIMEFORMAT_MINUTE) != 0) {
     wchar_t* begin = out;
     out = PutNumber(out, time.minute, 2, L' ');
     if (*begin == L' ') *begin = L'0';
     out = PutText(out, japanese ? L"分" : L":");
   }
-  if ((style & kTimeSecond) != 0) {
+  if ((style & TIMEFORMAT_SECOND) != 0) {
     wchar_t* begin = out;
     out = PutNumber(out, time.second, 2, L' ');
     if (*begin == L' ') *begin = L'0';

@@ -8,6 +8,7 @@
 #include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/split_path.h"
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/crt.h"
 
 namespace {
@@ -170,17 +171,13 @@ void CQorExportBase::TakeFile(std::unique_ptr<CQorCSVFile> file) {
 
 int CQorExportBase::OpenUtf8(const wchar_t* path, const wchar_t* mode) {
   TakeFile(nullptr);
-  std::FILE* const stream = CQorFileUtil::Open(path, mode, 0);
+  qorgen::platform::OwnedStream stream(CQorFileUtil::Open(path, mode, 0));
   if (stream == nullptr) return 0;
-  std::unique_ptr<CQorCSVFile> file;
-  try {
-    file = std::make_unique<CQorUTF8CSVFile>(stream, delimiterType, quotes, 0);
-  } catch (...) {
-    fclose(stream);
-    throw;
-  }
+  std::FILE* const opened = stream.get();
+  auto file = std::make_unique<CQorUTF8CSVFile>(opened, delimiterType, quotes, 0);
+  static_cast<void>(stream.release());
   TakeFile(std::move(file));
-  rewind(stream);
+  rewind(opened);
   return 1;
 }
 

@@ -5,6 +5,7 @@
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/files/file_util.h"
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/crt.h"
 
 namespace {
@@ -16,10 +17,6 @@ void CloseQuietly(CQorCSVFile& file) noexcept {
     exception->Delete();
   }
 }
-
-struct StreamCloser {
-  void operator()(std::FILE* stream) const { fclose(stream); }
-};
 
 }  // namespace
 
@@ -163,7 +160,7 @@ CQorUTF8ImportManager::CQorUTF8ImportManager() = default;
 int CQorUTF8ImportManager::OpenText(const wchar_t* path, CQorTypeConverter* converter_,
                                     unsigned int delimiterType, CSVMGR_QUOTES quotes) {
   if (path == nullptr || converter_ == nullptr || CQorFileUtil::IsExistFile(path) == 0) return 0;
-  std::unique_ptr<std::FILE, StreamCloser> stream(CQorFileUtil::Open(path, CQorFileUtil::_modeRtUTF8, 0));
+  qorgen::platform::OwnedStream stream(CQorFileUtil::Open(path, CQorFileUtil::_modeRtUTF8, 0));
   if (stream == nullptr) CFileException::ThrowErrno(errno, path);
   auto opened = std::make_unique<CQorUTF8CSVFile>(stream.get(), delimiterType, quotes, 0);
   stream.release();

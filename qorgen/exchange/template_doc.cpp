@@ -6,6 +6,7 @@
 #include "qorgen/afx/exception.h"
 #include "qorgen/afx/stdio_file.h"
 #include "qorgen/files/file_util.h"
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/text/string_util.h"
 
@@ -16,10 +17,7 @@ constexpr int kMarkLength = 2;
 constexpr int kLongestKey = 128;
 constexpr int kLongestText = 4096;
 
-struct StreamCloser {
-  void operator()(std::FILE* stream) const { fclose(stream); }
-};
-using Stream = std::unique_ptr<std::FILE, StreamCloser>;
+using Stream = qorgen::platform::OwnedStream;
 
 // Copies the head of a text; null changes nothing.
 void CopyHead(CString& target, const wchar_t* text, int longest) {

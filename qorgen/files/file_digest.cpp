@@ -2,19 +2,14 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <memory>
 
 #include "qorgen/files/file_util.h"
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/crypto.h"
 
 namespace {
 
 constexpr std::size_t kBlockSize = 65536;
-
-struct CloseStream {
-  void operator()(FILE* stream) const { std::fclose(stream); }
-};
-using Stream = std::unique_ptr<FILE, CloseStream>;
 
 class Md5 {
  public:
@@ -69,7 +64,7 @@ int CQorFileUtil::GetFileMD5(const wchar_t* path, CString& digest) {
   if (!IsExistFile(source)) return 0;
   Md5 md5;
   if (!md5.Start()) return 0;
-  const Stream stream(Open(source, _modeRb, 0));
+  const qorgen::platform::OwnedStream stream(Open(source, _modeRb, 0));
   if (stream == nullptr || !AddFirstBlock(md5, stream.get())) return 0;
   return md5.AppendTo(digest) ? 1 : 0;
 }

@@ -9,6 +9,7 @@
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/files/file_util.h"
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/settings/folder_key.h"
 #include "qorgen/settings/internal/padded_copy.h"
@@ -33,10 +34,6 @@ std::shared_ptr<unsigned char[]> NewBlock(std::size_t bytes) {
   return std::shared_ptr<unsigned char[]>(new unsigned char[std::max<std::size_t>(bytes, 1)]);
 }
 
-struct StreamCloser {
-  void operator()(FILE* stream) const { std::fclose(stream); }
-};
-
 // A CStdioFile made over a stream doesn't close it by itself.
 void End(CStdioFile* file) {
   file->Abort();
@@ -48,7 +45,7 @@ void End(CStdioFile* file) {
 int CQorRegFileKey::OpenFile(const wchar_t* path, const wchar_t* mode, int createFolder) {
   CloseFile();
   errno = 0;
-  std::unique_ptr<FILE, StreamCloser> stream(CQorFileUtil::Open(path, mode, createFolder));
+  qorgen::platform::OwnedStream stream(CQorFileUtil::Open(path, mode, createFolder));
   if (stream == nullptr) {
     const int error = errno;
     CFileException::ThrowErrno(error, path);

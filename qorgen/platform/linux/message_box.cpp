@@ -4,6 +4,11 @@
 #include <cstdio>
 #include <string>
 
+#include "qorgen/platform/common/text_length.h"
+#include "qorgen/platform/common/utf8.h"
+
+using namespace qorgen::platform;
+
 namespace {
 
 struct ButtonSet {
@@ -23,39 +28,13 @@ constexpr std::array kButtonSets = {
 };
 static_assert(kButtonSets.size() == MB_CANCELTRYCONTINUE + 1);
 
-void AppendCodePoint(std::string& out, std::uint32_t c) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-    return;
-  }
-  if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-  } else {
-    if (c < 0x10000) {
-      out += static_cast<char>(0xE0 | (c >> 12));
-    } else {
-      out += static_cast<char>(0xF0 | (c >> 18));
-      out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-    }
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-  }
-  out += static_cast<char>(0x80 | (c & 0x3F));
-}
-
 // CR LF becomes LF; a lone surrogate becomes U+FFFD.
 void AppendLine(std::string& out, const wchar_t* text) {
   if (text == nullptr || *text == 0) return;
-  for (; *text != 0; ++text) {
-    const std::uint32_t unit = *text;
-    const std::uint32_t next = text[1];
-    if (unit == '\r' && next == '\n') continue;
-    if (unit >= 0xD800 && unit < 0xDC00 && next >= 0xDC00 && next < 0xE000) {
-      AppendCodePoint(out, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
-      ++text;
-    } else {
-      AppendCodePoint(out, unit >= 0xD800 && unit < 0xE000 ? 0xFFFD : unit);
-    }
-  }
+  ForEachCharacter(text, TextLength(text), [&out](char32_t c) {
+    if (c == '\n' && !out.empty() && out.back() == '\r') out.pop_back();
+    AppendUtf8(out, IsSurrogate(c) ? 0xFFFD : c);
+  });
   if (out.back() != '\n') out += '\n';
 }
 

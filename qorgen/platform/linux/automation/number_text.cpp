@@ -198,18 +198,6 @@ using namespace qorgen::platform;
 
 HRESULT VarI4FromStr(const OLECHAR* text, LCID, ULONG, LONG* value) {
   if (value == nullptr) return E_INVALIDARG;
-  // Nearly every text that comes is a short run of plain digits, perhaps behind a minus sign.
-  if (text != nullptr) {
-    const bool negative = *text == L'-';
-    const wchar_t* const first = text + (negative ? 1 : 0);
-    const wchar_t* at = first;
-    LONG plain = 0;
-    for (; at < first + 9 && IsDigit(*at); ++at) plain = plain * 10 + (*at - L'0');
-    if (at != first && *at == 0) {
-      *value = negative ? -plain : plain;
-      return S_OK;
-    }
-  }
   NumberText number;
   if (!ReadNumber(text, &number)) return DISP_E_TYPEMISMATCH;
   std::int64_t rounded = 0;
@@ -220,34 +208,6 @@ HRESULT VarI4FromStr(const OLECHAR* text, LCID, ULONG, LONG* value) {
 
 HRESULT VarR8FromStr(const OLECHAR* text, LCID, ULONG, double* value) {
   if (value == nullptr) return E_INVALIDARG;
-  if (text != nullptr) {
-    // Up to 15 digits and a power of ten up to 10^22 are exact doubles, so that one division rounds
-    // correctly.
-    static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    const bool negative = *text == L'-';
-    const wchar_t* at = text + (negative ? 1 : 0);
-    std::int64_t plain = 0;
-    int digits = 0;
-    int behind = 0;
-    bool fraction = false;
-    for (; digits <= 15; ++at) {
-      if (IsDigit(*at)) {
-        plain = plain * 10 + (*at - L'0');
-        ++digits;
-        if (fraction) ++behind;
-      } else if (*at == L'.' && !fraction) {
-        fraction = true;
-      } else {
-        break;
-      }
-    }
-    if (digits > 0 && digits <= 15 && *at == 0) {
-      const double magnitude = static_cast<double>(plain) / kPowers[behind];
-      *value = negative && plain != 0 ? -magnitude : magnitude;
-      return S_OK;
-    }
-  }
   NumberText number;
   return ReadNumber(text, &number) ? NumberToDouble(number, value) : DISP_E_TYPEMISMATCH;
 }

@@ -1,6 +1,8 @@
 // UTF-8. Invalid input becomes U+FFFD by the longest prefix that could begin a character, as the Unicode
 // standard recommends and the platform does.
 
+#include "qorgen/platform/common/utf8.h"
+
 #include "qorgen/platform/linux/codepage/codec.h"
 
 namespace qorgen::platform {
@@ -10,12 +12,6 @@ constexpr wchar_t kReplacement = 0xFFFD;
 
 constexpr bool IsContinuation(unsigned char byte) {
   return (byte & 0xC0) == 0x80;
-}
-constexpr bool IsHighSurrogate(wchar_t unit) {
-  return (unit & 0xFC00) == 0xD800;
-}
-constexpr bool IsLowSurrogate(wchar_t unit) {
-  return (unit & 0xFC00) == 0xDC00;
 }
 
 // The bytes of a character that begins with `lead`; 0 if none does.
@@ -127,24 +123,16 @@ Progress Encode(const wchar_t* text, std::size_t units, char* destination, std::
     char32_t value = text[total.read];
     std::size_t used = 1;
     if (IsHighSurrogate(text[total.read]) && total.read + 1 < units && IsLowSurrogate(text[total.read + 1])) {
-      value = 0x10000 + ((value - 0xD800) << 10) + (text[total.read + 1] - 0xDC00u);
+      value = JoinSurrogates(value, text[total.read + 1]);
       used = 2;
-    } else if (value >= 0xD800 && value <= 0xDFFF) {
+    } else if (IsSurrogate(value)) {
       value = kReplacement;
       invalid = true;
     }
-    const std::size_t size = value < 0x80 ? 1 : (value < 0x800 ? 2 : (value < 0x10000 ? 3 : 4));
+    const std::size_t size = SizeOfUtf8(value);
     if constexpr (kStore) {
       if (capacity - total.written < size) break;
-      char* out = destination + total.written;
-      if (size == 1) {
-        out[0] = static_cast<char>(value);
-      } else {
-        // The lead's marker bits are as many ones as the character has bytes.
-        for (std::size_t i = size - 1; i != 0; --i, value >>= 6)
-          out[i] = static_cast<char>(0x80 | (value & 0x3F));
-        out[0] = static_cast<char>((0xF00 >> size & 0xFF) | value);
-      }
+      PutUtf8(destination + total.written, value);
     }
     total.read += used;
     total.written += size;

@@ -7,24 +7,24 @@
 
 #include "qorgen/platform/linux/filesystem/sharing.h"
 #include "qorgen/platform/linux/handle.h"
+#include "qorgen/platform/linux/owned_descriptor.h"
 
 namespace qorgen::platform {
 
 class FileObject final : public HandleObject {
  public:
-  // Takes over `descriptor`.
-  FileObject(int descriptor, DWORD access, std::unique_ptr<FileShare> share);
-  ~FileObject() override;
+  FileObject(OwnedDescriptor descriptor, DWORD access, std::unique_ptr<FileShare> share);
 
-  [[nodiscard]] int Descriptor() const { return descriptor_; }
+  [[nodiscard]] int Descriptor() const { return descriptor_.Get(); }
   [[nodiscard]] bool MayRead() const;
   [[nodiscard]] bool MayWrite() const;
   [[nodiscard]] FileShare& Share() const { return *share_; }
 
  private:
-  int descriptor_;
+  OwnedDescriptor descriptor_;
   DWORD access_;
-  std::unique_ptr<FileShare> share_;
+  std::unique_ptr<FileShare>
+      share_;  // ends before the descriptor: a file that goes with its last handle goes by name
 };
 
 }  // namespace qorgen::platform

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/filesystem.h"
 
 namespace qorgen::platform {
@@ -40,8 +41,7 @@ bool IsOnRemovableDisk(const std::string& source) {
   const std::string device =
       "/sys/dev/block/" + std::to_string(major(facts.st_rdev)) + ':' + std::to_string(minor(facts.st_rdev));
   for (const char* place : {"/removable", "/../removable"}) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen((device + place).c_str(), "r"),
-                                                               std::fclose);
+    const OwnedStream file(std::fopen((device + place).c_str(), "re"));
     if (file) return std::fgetc(file.get()) == '1';
   }
   return false;

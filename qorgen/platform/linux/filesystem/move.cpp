@@ -14,33 +14,13 @@
 #include "qorgen/platform/linux/error/file_error.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
 #include "qorgen/platform/linux/filesystem/sharing.h"
+#include "qorgen/platform/linux/owned_descriptor.h"
 
 using namespace qorgen::platform;
 
 namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  [[nodiscard]] int Get() const { return number_; }
-  [[nodiscard]] bool IsOpen() const { return number_ >= 0; }
-  // The last word of a network file system on what was written.
-  [[nodiscard]] bool Close() {
-    const int number = number_;
-    number_ = -1;
-    return close(number) == 0 || errno == EINTR;
-  }
-
- private:
-  int number_;
-};
 
 bool IsSame(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
@@ -80,11 +60,11 @@ BOOL Copy(const std::string& from, const std::string& to, bool failIfExists) {
     return Fail(error == ERROR_PATH_NOT_FOUND ? error : ERROR_INVALID_NAME);
   }
 
-  const Descriptor in(open(from.c_str(), O_RDONLY | O_CLOEXEC));
+  const OwnedDescriptor in(open(from.c_str(), O_RDONLY | O_CLOEXEC));
   if (!in.IsOpen()) return FailWithErrno(from);
   const auto reading = FileShare::Join(source, GENERIC_READ, kShareAll);
   if (!reading) return Fail(ERROR_SHARING_VIOLATION);
-  Descriptor out(open(to.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (failIfExists ? O_EXCL : 0), 0666));
+  OwnedDescriptor out(open(to.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (failIfExists ? O_EXCL : 0), 0666));
   if (!out.IsOpen()) return FailWithErrno(to);
   if (fstat(out.Get(), &target) != 0) return FailWithErrno(to);
   const auto writing = FileShare::Join(target, GENERIC_WRITE, 0);
@@ -179,7 +159,7 @@ BOOL MoveFileExW(LPCWSTR source, LPCWSTR destination, DWORD flags) {
     return Fail(errno == ENOENT ? ERROR_PATH_NOT_FOUND : PathError(to, errno));
   }
   if ((flags & MOVEFILE_WRITE_THROUGH) != 0) {
-    const Descriptor folder(open(HostFolder(to).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const OwnedDescriptor folder(open(HostFolder(to).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder.IsOpen()) fsync(folder.Get());
   }
   return TRUE;

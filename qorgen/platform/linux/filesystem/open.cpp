@@ -16,13 +16,8 @@ using namespace qorgen::platform;
 
 namespace qorgen::platform {
 
-FileObject::FileObject(int descriptor, DWORD access, std::unique_ptr<FileShare> share)
-    : descriptor_(descriptor), access_(access), share_(std::move(share)) {}
-
-FileObject::~FileObject() {
-  share_.reset();  // before the descriptor: a file that goes with its last handle goes by name
-  close(descriptor_);
-}
+FileObject::FileObject(OwnedDescriptor descriptor, DWORD access, std::unique_ptr<FileShare> share)
+    : descriptor_(std::move(descriptor)), access_(access), share_(std::move(share)) {}
 
 bool FileObject::MayRead() const {
   return (access_ & GENERIC_READ) != 0;
@@ -60,14 +55,6 @@ DWORD Objection(const Request& request, const struct stat& facts) {
   const bool changes = (request.access & (GENERIC_WRITE | DELETE)) != 0 || request.Truncates();
   return changes && IsReadOnly(facts) ? ERROR_ACCESS_DENIED : 0;
 }
-
-// A descriptor until an object takes it over.
-struct Descriptor {
-  int number;
-  ~Descriptor() {
-    if (number >= 0) close(number);
-  }
-};
 
 // A descriptor of the file, -1 with errno. `fresh` makes a file that must not be there yet.
 int OpenDescriptor(const Request& request, bool fresh, bool folder) {
@@ -123,25 +110,24 @@ HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES*
       const DWORD error = PathError(request.host, ENOENT);
       return Refuse(error == ERROR_PATH_NOT_FOUND ? error : ERROR_INVALID_NAME);
     }
-    Descriptor descriptor{OpenDescriptor(request, !there, there && S_ISDIR(facts.st_mode))};
-    if (descriptor.number < 0) {
+    OwnedDescriptor descriptor(OpenDescriptor(request, !there, there && S_ISDIR(facts.st_mode)));
+    if (!descriptor.IsOpen()) {
       const int error = errno;
       const bool changed = there ? error == ENOENT : error == EEXIST;
       if (changed && attempt < 100) continue;
       return Refuse(PathError(request.host, error));
     }
-    if (fstat(descriptor.number, &facts) != 0) return Refuse(PathError(request.host, errno));
+    if (fstat(descriptor.Get(), &facts) != 0) return Refuse(PathError(request.host, errno));
     std::unique_ptr<FileShare> opening = FileShare::Join(facts, request.access, share);
     if (!opening) return Refuse(ERROR_SHARING_VIOLATION);
-    if (there && request.Truncates() && S_ISREG(facts.st_mode) && ftruncate(descriptor.number, 0) != 0) {
+    if (there && request.Truncates() && S_ISREG(facts.st_mode) && ftruncate(descriptor.Get(), 0) != 0) {
       return Refuse(PathError(request.host, errno));
     }
     // The mark of the new file itself; the descriptor keeps the right to write.
     if (!there && (flags & FILE_ATTRIBUTE_READONLY) != 0)
-      fchmod(descriptor.number, facts.st_mode & 07777 & ~0222u);
+      fchmod(descriptor.Get(), facts.st_mode & 07777 & ~0222u);
     if ((flags & FILE_FLAG_DELETE_ON_CLOSE) != 0) opening->DeleteWhenUnused(AbsolutePath(request.host));
-    auto object = std::make_shared<FileObject>(descriptor.number, request.access, std::move(opening));
-    descriptor.number = -1;
+    auto object = std::make_shared<FileObject>(std::move(descriptor), request.access, std::move(opening));
     const HANDLE handle = AddHandle(std::move(object));
     const bool replaced = there && (disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS);
     SetLastError(replaced ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);

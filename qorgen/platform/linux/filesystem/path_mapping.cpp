@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "qorgen/platform/common/text_length.h"
+#include "qorgen/platform/common/utf8.h"
 
 namespace qorgen::platform {
 namespace {
@@ -14,52 +15,22 @@ constexpr DWORD kPathNotFound = 3;  // ERROR_PATH_NOT_FOUND
 constexpr DWORD kBadNetPath = 53;   // ERROR_BAD_NETPATH
 constexpr char16_t kBackslashInName = 0xF05C;
 
-constexpr bool IsHigh(std::uint32_t unit) {
-  return unit >= 0xD800 && unit < 0xDC00;
-}
-constexpr bool IsLow(std::uint32_t unit) {
-  return unit >= 0xDC00 && unit < 0xE000;
-}
 constexpr bool IsLetter(wchar_t c) {
   return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z');
-}
-
-void AppendCodePoint(std::string& out, std::uint32_t c) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-    return;
-  }
-  if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-  } else {
-    if (c < 0x10000) {
-      out += static_cast<char>(0xE0 | (c >> 12));
-    } else {
-      out += static_cast<char>(0xF0 | (c >> 18));
-      out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-    }
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-  }
-  out += static_cast<char>(0x80 | (c & 0x3F));
 }
 
 // Units from `text` to `text + length`, any of which may be a lone surrogate.
 template <class Unit>
 void AppendName(std::string& out, const Unit* text, std::size_t length) {
-  for (std::size_t i = 0; i < length; ++i) {
-    const auto unit = static_cast<std::uint16_t>(text[i]);
-    const std::uint32_t next = i + 1 < length ? static_cast<std::uint16_t>(text[i + 1]) : 0;
-    if (IsHigh(unit) && IsLow(next)) {
-      AppendCodePoint(out, 0x10000 + ((unit - 0xD800u) << 10) + (next - 0xDC00u));
-      ++i;
-    } else if (unit >= 0xDC80 && unit <= 0xDCFF) {
-      out += static_cast<char>(unit & 0xFF);
-    } else if (unit == kBackslashInName) {
+  ForEachCharacter(text, length, [&out](char32_t c) {
+    if (c >= 0xDC80 && c <= 0xDCFF) {
+      out += static_cast<char>(c & 0xFF);
+    } else if (c == kBackslashInName) {
       out += '\\';
     } else {
-      AppendCodePoint(out, unit);
+      AppendUtf8(out, c);
     }
-  }
+  });
 }
 
 // The length of the well-formed sequence at `bytes` (surrogates in three bytes let through), 0 if there is

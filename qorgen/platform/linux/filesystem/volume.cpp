@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 #include "qorgen/platform/linux/error/file_error.h"
@@ -33,16 +34,15 @@ ULONGLONG Bytes(ULONGLONG blocks, ULONGLONG size) {
 }
 
 bool IsTraced() {
-  std::FILE* status = std::fopen("/proc/self/status", "re");
+  const OwnedStream status(std::fopen("/proc/self/status", "re"));
   if (status == nullptr) return false;
   char line[256];
   bool traced = false;
   constexpr char kTracer[] = "TracerPid:";
-  while (std::fgets(line, sizeof line, status) != nullptr) {
+  while (std::fgets(line, sizeof line, status.get()) != nullptr) {
     if (std::strncmp(line, kTracer, sizeof kTracer - 1) == 0)
       traced = std::atoi(line + sizeof kTracer - 1) != 0;
   }
-  std::fclose(status);
   return traced;
 }
 

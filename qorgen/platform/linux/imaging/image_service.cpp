@@ -14,6 +14,7 @@
 #include <string>
 #include <sys/stat.h>
 
+#include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/common/text_length.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/error/errno_map.h"
@@ -58,10 +59,7 @@ constexpr std::array<Encoder, 5> kEncoders = {{
      L"image/png"},
 }};
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
+using File = qorgen::platform::OwnedStream;
 
 bool IsStarted() {
   return g_users.load() > 0;

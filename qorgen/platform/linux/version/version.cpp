@@ -10,6 +10,7 @@
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/error/errno_map.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
+#include "qorgen/platform/linux/owned_descriptor.h"
 #include "qorgen/platform/linux/version/version_resource.h"
 
 namespace {
@@ -24,25 +25,20 @@ constexpr std::uint16_t kTextType = 1;
 class File {
  public:
   explicit File(const std::string& path) : m_file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-  ~File() {
-    if (m_file >= 0) close(m_file);
-  }
 
-  bool IsOpen() const { return m_file >= 0; }
+  bool IsOpen() const { return m_file.IsOpen(); }
 
   bool IsRegular() const {
     struct stat facts;
-    return fstat(m_file, &facts) == 0 && S_ISREG(facts.st_mode);
+    return fstat(m_file.Get(), &facts) == 0 && S_ISREG(facts.st_mode);
   }
 
   bool Read(std::uint64_t offset, void* buffer, std::uint32_t size) const {
-    return pread(m_file, buffer, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
+    return pread(m_file.Get(), buffer, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
   }
 
  private:
-  int m_file;
+  qorgen::platform::OwnedDescriptor m_file;
 };
 
 // The resource of the file, and its bytes if `block` is not null; 0 bytes with the last error set on failure.

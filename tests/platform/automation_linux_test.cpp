@@ -1,11 +1,8 @@
-#include <gtest/gtest.h>
 #include <limits>
-#include <utility>
 
-#include "qorgen/afx/string.h"
 #include "qorgen/platform/automation.h"
 
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 
 using qorgen::tests::Utf8;
 
@@ -26,8 +23,7 @@ TEST(NumberFromText, DoublesAreTheNearestOnes) {
     EXPECT_EQ(expected, value) << Utf8(text);
   }
   // Half way between two doubles, and a last digit far behind that decides.
-  CString text(L"9007199254740993.");
-  for (int i = 0; i < 5000; ++i) text.AppendChar(L'0');
+  CString text = L"9007199254740993." + CString(L'0', 5000);
   EXPECT_EQ(S_OK, VarR8FromStr(text, LOCALE_USER_DEFAULT, 0, &value));
   EXPECT_EQ(9007199254740992.0, value);
   text.AppendChar(L'1');

@@ -80,7 +80,6 @@ TEST(Move, RenamesAndReplacesNothing) {
       {L"none", L"c", ERROR_FILE_NOT_FOUND},
       {L"a", L"c?", ERROR_INVALID_NAME},
       {L"a", L"none\\c", ERROR_PATH_NOT_FOUND},
-      {L"a", L"d", ERROR_ALREADY_EXISTS},
       {L"a", L"a", 0},
       {L"d", L"e", 0},
       {L"a", L"e\\a", 0},

@@ -76,7 +76,8 @@ TEST(OpenFile, ErrorNumbersTellWhatIsMissing) {
       {L"none\\..\\file", OPEN_EXISTING, 0},
   };
   for (const auto& row : rows) {
-    const DWORD error = ErrorOfOpen(folder.Path(row.name), GENERIC_READ, 0, row.disposition, row.flags);
+    const DWORD error =
+        ErrorOfOpen(folder.Path(row.name), GENERIC_READ, FILE_SHARE_READ, row.disposition, row.flags);
     EXPECT_TRUE(AsPublished(error == row.error, row.on_wine)) << Utf8(row.name) << ": " << error;
   }
 }

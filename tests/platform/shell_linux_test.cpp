@@ -1,21 +1,19 @@
 // Known folders and file types against a home and a desktop database made for the test.
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <stdlib.h>
-#include <string>
-#include <sys/stat.h>
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 #include "qorgen/platform/shell.h"
 
-#include "tests/support/text.h"
+#include "tests/support/testing.h"
 
 namespace {
 
-using qorgen::tests::Utf8;
+using namespace qorgen::tests;
 namespace fs = std::filesystem;
 
 // Set up before the first test: the desktop library reads these variables once.
@@ -54,76 +52,71 @@ fs::path Home::root;
 
 std::string LibraryForm(const fs::path& path) {
   std::string text = "C:" + path.string();
-  for (char& c : text) {
-    if (c == '/') c = '\\';
-  }
+  std::replace(text.begin(), text.end(), '/', '\\');
   return text;
 }
 
 TEST(KnownFolderTest, missing_folder_is_made_on_request_only) {
-  struct {
-    int id;
-    const char* place;
-  } const rows[] = {{CSIDL_DESKTOP, "Desktop"}, {CSIDL_PERSONAL, "Documents"}, {CSIDL_MYPICTURES, "写真"}};
-  for (const auto& row : rows) {
-    const fs::path expected = Home::root / row.place;
+  const std::pair<int, const char*> rows[] = {
+      {CSIDL_DESKTOP, "Desktop"}, {CSIDL_PERSONAL, "Documents"}, {CSIDL_MYPICTURES, "写真"}};
+  for (const auto& [id, place] : rows) {
+    const fs::path expected = Home::root / place;
     wchar_t path[MAX_PATH] = {L'x'};
-    EXPECT_FALSE(SHGetSpecialFolderPathW(nullptr, path, row.id, FALSE)) << row.place;
+    EXPECT_FALSE(SHGetSpecialFolderPathW(nullptr, path, id, FALSE)) << place;
     EXPECT_EQ(0, path[0]);
-    EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, path, row.id, TRUE)) << row.place;
+    EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, path, id, TRUE)) << place;
     EXPECT_EQ(LibraryForm(expected), Utf8(path));
     EXPECT_TRUE(fs::is_directory(expected));
-    EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, path, row.id, FALSE)) << row.place;
+    EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, path, id, FALSE)) << place;
   }
 }
 
-TEST(KnownFolderTest, common_folders_are_always_there) {
-  for (const int id : {CSIDL_COMMON_APPDATA, CSIDL_COMMON_DOCUMENTS}) {
-    fs::remove_all(Home::root / "data" / "qorgen");
+TEST(KnownFolderTest, folders_of_programs_are_always_there_and_take_files) {
+  fs::remove_all(Home::root / "data" / "qorgen");
+  for (const int id : {CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA, CSIDL_COMMON_DOCUMENTS}) {
     wchar_t path[MAX_PATH] = {};
     EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, path, id, FALSE)) << id;
-    EXPECT_NE(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(path)) << Utf8(path);
+    const CString file = CString(path) + L"\\qorgen known folder test";
+    EXPECT_TRUE(PutFile(file, "x")) << Utf8(file);
+    EXPECT_TRUE(DeleteFileW(file));
   }
 }
 
 TEST(AssocQueryStringTest, program_of_a_registered_type) {
-  wchar_t program[261] = {};
-  DWORD count = 260;
-  ASSERT_EQ(S_OK, AssocQueryStringW(ASSOCF_NOTRUNCATE, ASSOCSTR_EXECUTABLE, L".qorledger", L"open", program,
-                                    &count));
-  EXPECT_EQ(count, static_cast<DWORD>(CString(program).GetLength()) + 1);
-  EXPECT_EQ("C:\\", Utf8(program).substr(0, 3));
-  EXPECT_EQ("\\sh", Utf8(program).substr(Utf8(program).size() - 3));
-
-  const DWORD needed = count;
-  count = 0;
-  EXPECT_EQ(S_FALSE, AssocQueryStringW(0, ASSOCSTR_EXECUTABLE, L".qorledger", nullptr, nullptr, &count));
-  EXPECT_EQ(needed, count);
-
-  count = 4;
-  program[0] = L'#';
-  EXPECT_EQ(E_POINTER, AssocQueryStringW(ASSOCF_NOTRUNCATE, ASSOCSTR_EXECUTABLE, L".qorledger", L"open",
-                                         program, &count));
+  wchar_t program[261] = {L'#'};
+  const auto ask = [&program](ASSOCF flags, wchar_t* room, DWORD& count) {
+    return AssocQueryStringW(flags, ASSOCSTR_EXECUTABLE, L".qorledger", L"open", room, &count);
+  };
+  DWORD needed = 0;
+  EXPECT_EQ(S_FALSE, ask(0, nullptr, needed));
+  DWORD count = 4;
+  EXPECT_EQ(E_POINTER, ask(ASSOCF_NOTRUNCATE, program, count));
   EXPECT_EQ(needed, count);
   EXPECT_EQ(L'#', program[0]);
   count = 4;
-  EXPECT_EQ(E_POINTER, AssocQueryStringW(0, ASSOCSTR_EXECUTABLE, L".qorledger", L"open", program, &count));
+  EXPECT_EQ(E_POINTER, ask(0, program, count));
   EXPECT_EQ("C:\\", Utf8(program));
+  count = 260;
+  ASSERT_EQ(S_OK, ask(ASSOCF_NOTRUNCATE, program, count));
+  EXPECT_EQ(needed, count);
+  EXPECT_EQ(static_cast<DWORD>(CString(program).GetLength()) + 1, count);
+  EXPECT_TEXT(L"C:\\", CString(program).Left(3));
+  EXPECT_TEXT(L"\\sh", CString(program).Right(3));
 }
 
 TEST(AssocQueryStringTest, nothing_registered) {
-  for (const wchar_t* extension : {L".qorbare", L".qornothing", L"qorledger", L".", L".\\qorledger"}) {
-    wchar_t program[261] = {};
-    DWORD count = 260;
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_NO_ASSOCIATION),
-              AssocQueryStringW(ASSOCF_NOTRUNCATE, ASSOCSTR_EXECUTABLE, extension, L"open", program, &count))
+  DWORD count = 260;
+  constexpr HRESULT kNone = HRESULT_FROM_WIN32(ERROR_NO_ASSOCIATION);
+  const std::tuple<const wchar_t*, const wchar_t*, HRESULT> rows[] = {
+      {L".qorbare", L"open", kNone}, {L".qornothing", L"open", kNone},  {L"qorledger", L"open", kNone},
+      {L".", L"open", kNone},        {L".\\qorledger", L"open", kNone}, {L".qorledger", L"print", kNone},
+      {L"", L"open", E_INVALIDARG},
+  };
+  for (const auto& [extension, verb, result] : rows) {
+    EXPECT_EQ(result, AssocQueryStringW(0, ASSOCSTR_EXECUTABLE, extension, verb, nullptr, &count))
         << Utf8(extension);
     EXPECT_EQ(260u, count);
   }
-  DWORD count = 260;
-  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_NO_ASSOCIATION),
-            AssocQueryStringW(0, ASSOCSTR_EXECUTABLE, L".qorledger", L"print", nullptr, &count));
-  EXPECT_EQ(E_INVALIDARG, AssocQueryStringW(0, ASSOCSTR_EXECUTABLE, L"", L"open", nullptr, &count));
   EXPECT_EQ(E_INVALIDARG,
             AssocQueryStringW(0, ASSOCSTR_EXECUTABLE, L".qorledger", L"open", nullptr, nullptr));
 }

@@ -1,49 +1,32 @@
 #include "qorgen/platform/shell.h"
 
-#include <algorithm>
-#include <gtest/gtest.h>
-#include <vector>
+#include "tests/support/testing.h"
 
-#include "tests/support/scratch_folder.h"
-#include "tests/support/text.h"
-#include "tests/support/wine.h"
+using namespace qorgen::tests;
 
 namespace {
 
-using qorgen::tests::Utf8;
-
-struct Buffer {
-  explicit Buffer(const wchar_t* text) {
-    const CString source(text);
-    std::copy_n(source.GetString(), source.GetLength() + 1, characters);
-  }
-  wchar_t characters[300] = {};
-};
-
 TEST(PathRemoveFileSpecTest, cuts_the_last_component_and_keeps_the_root) {
-  struct {
-    const wchar_t* path;
-    const wchar_t* rest;
-    BOOL cut;
-  } const rows[] = {
-      {L"C:\\a\\b.txt", L"C:\\a", TRUE},
-      {L"C:\\a", L"C:\\", TRUE},
-      {L"C:\\", L"C:\\", FALSE},
-      {L"C:a", L"C:", TRUE},
-      {L"C:", L"C:", FALSE},
-      {L"\\a", L"\\", TRUE},
-      {L"\\", L"\\", FALSE},
-      {L"a", L"", TRUE},
-      {L"", L"", FALSE},
-      {L"a\\b", L"a", TRUE},
-      {L"C:\\a\\", L"C:\\a", TRUE},
-      {L"\\\\srv\\share\\a", L"\\\\srv\\share", TRUE},
-      {L"\\\\srv\\share", L"\\\\srv", TRUE},
+  const std::pair<const wchar_t*, const wchar_t*> rows[] = {
+      {L"C:\\a\\b.txt", L"C:\\a"},
+      {L"C:\\a", L"C:\\"},
+      {L"C:\\", L"C:\\"},
+      {L"C:a", L"C:"},
+      {L"C:", L"C:"},
+      {L"\\a", L"\\"},
+      {L"\\", L"\\"},
+      {L"a", L""},
+      {L"", L""},
+      {L"a\\b", L"a"},
+      {L"C:\\a\\", L"C:\\a"},
+      {L"\\\\srv\\share\\a", L"\\\\srv\\share"},
+      {L"\\\\srv\\share", L"\\\\srv"},
   };
-  for (const auto& row : rows) {
-    Buffer buffer(row.path);
-    EXPECT_EQ(row.cut, PathRemoveFileSpecW(buffer.characters)) << Utf8(row.path);
-    EXPECT_TEXT(row.rest, buffer.characters) << Utf8(row.path);
+  for (const auto& [path, rest] : rows) {
+    CString buffer(path);
+    EXPECT_EQ(buffer != rest, PathRemoveFileSpecW(buffer.GetBuffer(300)) != FALSE) << Utf8(path);
+    buffer.ReleaseBuffer();
+    EXPECT_TEXT(rest, buffer) << Utf8(path);
   }
   EXPECT_FALSE(PathRemoveFileSpecW(nullptr));
 }
@@ -61,8 +44,8 @@ TEST(PathFindExtensionTest, last_dot_of_the_last_component) {
 }
 
 TEST(PathIsDirectoryTest, folders_only) {
-  qorgen::tests::ScratchFolder folder;
-  ASSERT_TRUE(qorgen::tests::PutFile(folder.Path(L"file"), "x"));
+  ScratchFolder folder;
+  ASSERT_TRUE(PutFile(folder.Path(L"file"), "x"));
   EXPECT_TRUE(PathIsDirectoryW(folder.Path(L"")));
   EXPECT_TRUE(PathIsDirectoryW(CString(folder.Path(L"")) + L"\\"));
   for (const wchar_t* path : {folder.Path(L"file"), folder.Path(L"none"), L"", (const wchar_t*)nullptr}) {
@@ -83,7 +66,7 @@ TEST(PathSkipRootTest, points_behind_drive_or_share) {
   };
   for (const auto& row : rows) {
     const std::string rest = Utf8(static_cast<const wchar_t*>(PathSkipRootW(row.path)));
-    EXPECT_TRUE(qorgen::tests::AsPublished(rest == Utf8(row.rest), row.on_wine)) << Utf8(row.path);
+    EXPECT_TRUE(AsPublished(rest == Utf8(row.rest), row.on_wine)) << Utf8(row.path);
   }
   EXPECT_EQ(nullptr, PathSkipRootW(nullptr));
 }
@@ -116,35 +99,12 @@ TEST(PathCompactPathExTest, shortens_by_the_published_rule) {
     std::vector<wchar_t> out(row.room, L'#');
     EXPECT_TRUE(PathCompactPathExW(out.data(), row.path, row.room, 0));
     ASSERT_NE(out.end(), std::find(out.begin(), out.end(), wchar_t{0}));
-    EXPECT_TRUE(qorgen::tests::AsPublished(Utf8(out.data()) == Utf8(row.result), row.on_wine))
+    EXPECT_TRUE(AsPublished(Utf8(out.data()) == Utf8(row.result), row.on_wine))
         << Utf8(row.path) << ' ' << row.room << ' ' << Utf8(out.data());
   }
   wchar_t out[4] = {L'x'};
   EXPECT_FALSE(PathCompactPathExW(out, nullptr, 4, 0));
   EXPECT_EQ(L'x', out[0]);
-}
-
-TEST(KnownFolderTest, each_is_there_and_takes_files) {
-  const int folders[] = {CSIDL_DESKTOP,       CSIDL_PERSONAL,       CSIDL_MYPICTURES,
-                         CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA, CSIDL_COMMON_DOCUMENTS};
-  for (const int id : folders) {
-    wchar_t path[MAX_PATH] = {L'x'};
-    ASSERT_TRUE(SHGetSpecialFolderPathW(nullptr, path, id, TRUE)) << id;
-    const CString folder(path);
-    EXPECT_TEXT(L":\\", folder.Mid(1, 2));
-    EXPECT_NE(L'\\', folder[folder.GetLength() - 1]) << Utf8(folder);
-    EXPECT_NE(0u, GetFileAttributesW(folder) & FILE_ATTRIBUTE_DIRECTORY) << Utf8(folder);
-    const CString file = folder + L"\\qorgen known folder test";
-    EXPECT_TRUE(qorgen::tests::PutFile(file, "x")) << Utf8(file);
-    EXPECT_TRUE(DeleteFileW(file));
-    // Once it is there, it needs no making.
-    wchar_t again[MAX_PATH] = {};
-    EXPECT_TRUE(SHGetSpecialFolderPathW(nullptr, again, id, FALSE));
-    EXPECT_TEXT(folder, again);
-  }
-  wchar_t path[MAX_PATH] = {L'x'};
-  EXPECT_FALSE(SHGetSpecialFolderPathW(nullptr, path, 999, TRUE));
-  EXPECT_EQ(0, path[0]);
 }
 
 }  // namespace

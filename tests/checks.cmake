@@ -12,6 +12,10 @@ if(WIN32)
 elseif(NOT QORGEN_SANITIZE)
   add_test(NAME check_wide_symbols COMMAND ${checks}/wide_symbols.sh $<TARGET_FILE:qorgen>)
   add_test(NAME check_linked_libraries COMMAND ${checks}/linked_libraries.sh $<TARGET_FILE:qorgen>)
+  file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/library_objects.txt
+       CONTENT "$<JOIN:$<TARGET_OBJECTS:qorgen_objects>,\n>\n")
+  add_test(NAME check_seam COMMAND ${checks}/seam.sh ${CMAKE_CURRENT_BINARY_DIR}/library_objects.txt
+                                   ${PROJECT_SOURCE_DIR})
   add_test(NAME check_format COMMAND ${checks}/format.sh ${PROJECT_SOURCE_DIR})
   add_test(NAME check_package COMMAND ${checks}/package.sh ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}
                                       ${CMAKE_CXX_COMPILER})

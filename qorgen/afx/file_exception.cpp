@@ -1,11 +1,12 @@
 // CFileException: causes, their sources and their texts.
 
-#include <array>
 #include <cerrno>
+#include <iterator>
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/afx/internal/message_text.h"
 #include "qorgen/afx/string_resource.h"
+#include "qorgen/platform/error.h"
 
 IMPLEMENT_DYNAMIC(CFileException, CException)
 
@@ -13,55 +14,58 @@ static_assert(CFileException::endOfFile + 1 == qorgen::afx::kFileCauses);
 
 namespace {
 
-// System error numbers `first` to `last` have the cause. Ascending; what is missing is genericException. The
-// numbers are those of the system's ERROR_* constants.
+// System error numbers `first` to `last` have the cause. Ascending; what is missing is genericException.
 struct OsErrorRange {
+  constexpr OsErrorRange(DWORD from, DWORD to, int why)
+      : first(static_cast<LONG>(from)), last(static_cast<LONG>(to)), cause(why) {}
+  constexpr OsErrorRange(DWORD only, int why) : OsErrorRange(only, only, why) {}
+
   LONG first;
   LONG last;
   int cause;
 };
 
-constexpr std::array kOsErrors = {
-    OsErrorRange{0, 0, CFileException::none},
-    OsErrorRange{2, 2, CFileException::fileNotFound},        // FILE_NOT_FOUND
-    OsErrorRange{3, 3, CFileException::badPath},             // PATH_NOT_FOUND
-    OsErrorRange{4, 4, CFileException::tooManyOpenFiles},    // TOO_MANY_OPEN_FILES
-    OsErrorRange{5, 5, CFileException::accessDenied},        // ACCESS_DENIED
-    OsErrorRange{6, 6, CFileException::invalidFile},         // INVALID_HANDLE
-    OsErrorRange{11, 11, CFileException::invalidFile},       // BAD_FORMAT
-    OsErrorRange{12, 12, CFileException::accessDenied},      // INVALID_ACCESS
-    OsErrorRange{15, 15, CFileException::badPath},           // INVALID_DRIVE
-    OsErrorRange{16, 16, CFileException::removeCurrentDir},  // CURRENT_DIRECTORY
-    OsErrorRange{18, 18, CFileException::fileNotFound},      // NO_MORE_FILES
-    OsErrorRange{19, 19, CFileException::accessDenied},      // WRITE_PROTECT
-    OsErrorRange{20, 24, CFileException::hardIO},            // BAD_UNIT ... BAD_LENGTH
-    OsErrorRange{25, 25, CFileException::badSeek},           // SEEK
-    OsErrorRange{26, 31, CFileException::hardIO},            // NOT_DOS_DISK ... GEN_FAILURE
-    OsErrorRange{32, 32, CFileException::sharingViolation},  // SHARING_VIOLATION
-    OsErrorRange{33, 33, CFileException::lockViolation},     // LOCK_VIOLATION
-    OsErrorRange{34, 34, CFileException::hardIO},            // WRONG_DISK
-    OsErrorRange{36, 36, CFileException::tooManyOpenFiles},  // SHARING_BUFFER_EXCEEDED
-    OsErrorRange{38, 38, CFileException::endOfFile},         // HANDLE_EOF
-    OsErrorRange{39, 39, CFileException::diskFull},          // HANDLE_DISK_FULL
-    OsErrorRange{53, 53, CFileException::badPath},           // BAD_NETPATH
-    OsErrorRange{65, 65, CFileException::accessDenied},      // NETWORK_ACCESS_DENIED
-    OsErrorRange{67, 67, CFileException::badPath},           // BAD_NET_NAME
-    OsErrorRange{80, 80, CFileException::accessDenied},      // FILE_EXISTS
-    OsErrorRange{82, 82, CFileException::directoryFull},     // CANNOT_MAKE
-    OsErrorRange{112, 112, CFileException::diskFull},        // DISK_FULL
-    OsErrorRange{123, 123, CFileException::badPath},         // INVALID_NAME
-    OsErrorRange{131, 132, CFileException::badSeek},         // NEGATIVE_SEEK, SEEK_ON_DEVICE
-    OsErrorRange{148, 148, CFileException::accessDenied},    // PATH_BUSY
-    OsErrorRange{161, 161, CFileException::badPath},         // BAD_PATHNAME
-    OsErrorRange{167, 167, CFileException::lockViolation},   // LOCK_FAILED
-    OsErrorRange{183, 183, CFileException::accessDenied},    // ALREADY_EXISTS
-    OsErrorRange{206, 206, CFileException::badPath},         // FILENAME_EXCED_RANGE
-    OsErrorRange{212, 212, CFileException::lockViolation},   // LOCKED
-    OsErrorRange{267, 267, CFileException::badPath},         // DIRECTORY
+constexpr OsErrorRange kOsErrors[] = {
+    {ERROR_SUCCESS, CFileException::none},
+    {ERROR_FILE_NOT_FOUND, CFileException::fileNotFound},
+    {ERROR_PATH_NOT_FOUND, CFileException::badPath},
+    {ERROR_TOO_MANY_OPEN_FILES, CFileException::tooManyOpenFiles},
+    {ERROR_ACCESS_DENIED, CFileException::accessDenied},
+    {ERROR_INVALID_HANDLE, CFileException::invalidFile},
+    {ERROR_BAD_FORMAT, CFileException::invalidFile},
+    {ERROR_INVALID_ACCESS, CFileException::accessDenied},
+    {ERROR_INVALID_DRIVE, CFileException::badPath},
+    {ERROR_CURRENT_DIRECTORY, CFileException::removeCurrentDir},
+    {ERROR_NO_MORE_FILES, CFileException::fileNotFound},
+    {ERROR_WRITE_PROTECT, CFileException::accessDenied},
+    {ERROR_BAD_UNIT, ERROR_BAD_LENGTH, CFileException::hardIO},
+    {ERROR_SEEK, CFileException::badSeek},
+    {ERROR_NOT_DOS_DISK, ERROR_GEN_FAILURE, CFileException::hardIO},
+    {ERROR_SHARING_VIOLATION, CFileException::sharingViolation},
+    {ERROR_LOCK_VIOLATION, CFileException::lockViolation},
+    {ERROR_WRONG_DISK, CFileException::hardIO},
+    {ERROR_SHARING_BUFFER_EXCEEDED, CFileException::tooManyOpenFiles},
+    {ERROR_HANDLE_EOF, CFileException::endOfFile},
+    {ERROR_HANDLE_DISK_FULL, CFileException::diskFull},
+    {ERROR_BAD_NETPATH, CFileException::badPath},
+    {ERROR_NETWORK_ACCESS_DENIED, CFileException::accessDenied},
+    {ERROR_BAD_NET_NAME, CFileException::badPath},
+    {ERROR_FILE_EXISTS, CFileException::accessDenied},
+    {ERROR_CANNOT_MAKE, CFileException::directoryFull},
+    {ERROR_DISK_FULL, CFileException::diskFull},
+    {ERROR_INVALID_NAME, CFileException::badPath},
+    {ERROR_NEGATIVE_SEEK, ERROR_SEEK_ON_DEVICE, CFileException::badSeek},
+    {ERROR_PATH_BUSY, CFileException::accessDenied},
+    {ERROR_BAD_PATHNAME, CFileException::badPath},
+    {ERROR_LOCK_FAILED, CFileException::lockViolation},
+    {ERROR_ALREADY_EXISTS, CFileException::accessDenied},
+    {ERROR_FILENAME_EXCED_RANGE, CFileException::badPath},
+    {ERROR_LOCKED, CFileException::lockViolation},
+    {ERROR_DIRECTORY, CFileException::badPath},
 };
 
 constexpr bool IsAscending() {
-  for (std::size_t i = 0; i < kOsErrors.size(); ++i) {
+  for (std::size_t i = 0; i < std::size(kOsErrors); ++i) {
     if (kOsErrors[i].first > kOsErrors[i].last) return false;
     if (i != 0 && kOsErrors[i - 1].last >= kOsErrors[i].first) return false;
   }

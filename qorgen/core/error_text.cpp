@@ -3,6 +3,7 @@
 #include "qorgen/afx/string_resource.h"
 #include "qorgen/core/internal/error_number.h"
 #include "qorgen/platform/error.h"
+#include "qorgen/platform/module.h"
 #include "qorgen/platform/shell.h"
 
 using qorgen::core::ErrorOrLast;

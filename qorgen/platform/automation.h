@@ -110,85 +110,103 @@ using VARIANTARG = VARIANT;
 static_assert(sizeof(VARIANT) == 24 && offsetof(VARIANT, llVal) == 8);
 
 inline constexpr LCID LOCALE_USER_DEFAULT = 0x0400;
-inline constexpr LCID LOCALE_SYSTEM_DEFAULT = 0x0800;
 
 inline constexpr WORD VARIANT_ALPHABOOL = 2;
 inline constexpr ULONG VAR_TIMEVALUEONLY = 1;
 inline constexpr ULONG VAR_DATEVALUEONLY = 2;
 
-// --- BSTR: counted text with its length in bytes in the four bytes before it, and a terminator behind it.
-// ---
+// ---- BSTR -------------------------------------------------------------------------------------------------
+//
+// Counted text with its length in bytes in the four bytes before it, and a terminator behind it.
 
 // A new BSTR, to be given back with SysFreeString; null where there is no memory (and for a null text in the
 // first). SysAllocStringLen leaves the units undefined-but-terminated (zero here) where `text` is null.
-BSTR SysAllocString(const OLECHAR* text);
-BSTR SysAllocStringLen(const OLECHAR* text, UINT length);
-BSTR SysAllocStringByteLen(const char* bytes, UINT length);
+QORGEN_API BSTR SysAllocString(const OLECHAR* text);
+QORGEN_API BSTR SysAllocStringLen(const OLECHAR* text, UINT length);
+QORGEN_API BSTR SysAllocStringByteLen(const char* bytes, UINT length);
 // Null is fine, and in the length questions 0.
-void SysFreeString(BSTR text);
-UINT SysStringLen(BSTR text);
-UINT SysStringByteLen(BSTR text);
+QORGEN_API void SysFreeString(BSTR text);
+QORGEN_API UINT SysStringLen(BSTR text);
+QORGEN_API UINT SysStringByteLen(BSTR text);
 
-// --- VARIANT ---
+// ---- VARIANT ----------------------------------------------------------------------------------------------
 
-void VariantInit(VARIANT* value);
+QORGEN_API void VariantInit(VARIANT* value);
 
 // Frees what the value owns (a BSTR) and makes it VT_EMPTY. DISP_E_BADVARTYPE, with the value left alone, for
 // a type that this system doesn't hold (objects, arrays, VT_DECIMAL).
-HRESULT VariantClear(VARIANT* value);
+QORGEN_API HRESULT VariantClear(VARIANT* value);
 
 // Clears the target and makes it a copy of the source, a BSTR with its own block. Copying onto itself does
 // nothing. E_OUTOFMEMORY leaves the target empty, DISP_E_BADVARTYPE leaves it alone.
-HRESULT VariantCopy(VARIANT* target, const VARIANT* source);
+QORGEN_API HRESULT VariantCopy(VARIANT* target, const VARIANT* source);
 
 // Converts `source` (also one with VT_BYREF) to the type `vt` and puts it in place of the target, which may
-// be the source itself; on failure the target keeps its value.
+// be the source itself; on failure the target keeps its value. The types VT_I2, VT_I4, VT_INT, VT_UI1, VT_R8,
+// VT_BOOL, VT_DATE and VT_BSTR, each to each, and from VT_EMPTY, which is 0, false or the empty text:
 //
-// Types: VT_I2, VT_I4, VT_INT, VT_UI1, VT_R8, VT_BOOL, VT_DATE and VT_BSTR, each to each, and from VT_EMPTY,
-// which is 0, false or the empty text. DISP_E_OVERFLOW: the number doesn't fit. DISP_E_TYPEMISMATCH: the text
-// is no number, boolean or date, or the pair isn't among these. DISP_E_BADVARTYPE: no type at all.
-//   text to number    as VarI4FromStr and VarR8FromStr below
-//   text to VT_BOOL   "True" and "False" in any case, "#TRUE#", "#FALSE#", else whether the number is nonzero
-//   text to VT_DATE   VarDateFromStr
+//   text to number        as VarI4FromStr and VarR8FromStr below, with no allocation
+//   text to VT_BOOL       "True" and "False" in any case, "#TRUE#", "#FALSE#", else whether the number is
+//                         nonzero
+//   text to VT_DATE       VarDateFromStr
 //   fraction to integer   to the nearest, a half to the even one: 0.5 is 0, 1.5 is 2, 2.5 is 2
-//   VT_BOOL to number     true is -1 (255 in VT_UI1); to text "-1" and "0", with VARIANT_ALPHABOOL "True" and
-//   "False" VT_R8 to text         up to 15 digits: "0.1", "1E+20" VT_DATE to text       "2024/03/05 9:05:00",
-//   without the time at midnight, without the date on day 0
-// From text to a number nothing is allocated.
-HRESULT VariantChangeType(VARIANT* target, const VARIANT* source, unsigned short flags, VARTYPE vt);
-HRESULT VariantChangeTypeEx(VARIANT* target, const VARIANT* source, LCID locale, unsigned short flags,
-                            VARTYPE vt);
-
-// --- Text to number, with no block and no VARIANT between. The target is written on success alone. ---
+//   VT_BOOL to number     true is -1 (255 in VT_UI1)
+//   VT_BOOL to text       "-1" and "0", with VARIANT_ALPHABOOL "True" and "False"
+//   VT_R8 to text         up to 15 digits: "0.1", "1E+20"
+//   VT_DATE to text       "2024/03/05 9:05:00", without the time at midnight, without the date on day 0
 //
-// A number is, in this order: any of white space, one sign and one currency mark (\ or yen); digits with one
-// decimal point, and with commas anywhere behind the first digit ("1,2,3" is 123); an exponent ("1e3",
-// "1D+3"); any of white space, one sign, if there was none in front, and one currency mark. Parentheses
-// instead of a sign make it negative: "(5)" is -5, currency marks may stand inside or outside. Full-width
-// forms of all these characters count, and the ideographic space. "&H1F" is hexadecimal and "&O17" octal,
-// without sign or currency mark: up to 32 bits for an integer, taken as its bit pattern ("&HFFFFFFFF" is -1),
-// up to 64 for a double, taken without a sign. DISP_E_TYPEMISMATCH for null, for empty or blank text and for
-// anything else; DISP_E_OVERFLOW for a number too large, while one too small for a double becomes 0.
+//   DISP_E_OVERFLOW       the number doesn't fit
+//   DISP_E_TYPEMISMATCH   the text is no number, boolean or date, or the pair isn't among these
+//   DISP_E_BADVARTYPE     no type at all
+QORGEN_API HRESULT VariantChangeType(VARIANT* target, const VARIANT* source, unsigned short flags,
+                                     VARTYPE vt);
+QORGEN_API HRESULT VariantChangeTypeEx(VARIANT* target, const VARIANT* source, LCID locale,
+                                       unsigned short flags, VARTYPE vt);
+
+// ---- Text to number, with no block and no VARIANT between -------------------------------------------------
+//
+// The target is written on success alone. A number is, in this order:
+//
+//   - any of white space, one sign and one currency mark (\ or yen);
+//   - digits with one decimal point, and with commas anywhere behind the first digit ("1,2,3" is 123);
+//   - an exponent ("1e3", "1D+3");
+//   - any of white space, one sign, if there was none in front, and one currency mark.
+//
+// Parentheses instead of a sign make it negative: "(5)" is -5, currency marks may stand inside or outside.
+// Full-width forms of all these characters count, and the ideographic space.
+//
+// "&H1F" is hexadecimal and "&O17" octal, without sign or currency mark: up to 32 bits for an integer, taken
+// as its bit pattern ("&HFFFFFFFF" is -1), up to 64 for a double, taken without a sign.
+//
+//   DISP_E_TYPEMISMATCH   null, empty or blank text, and anything else
+//   DISP_E_OVERFLOW       a number too large; one too small for a double becomes 0
 
 // A fraction is rounded to the nearest integer, exactly half to the even one, however many digits it has.
-HRESULT VarI4FromStr(const OLECHAR* text, LCID locale, ULONG flags, LONG* value);
+QORGEN_API HRESULT VarI4FromStr(const OLECHAR* text, LCID locale, ULONG flags, LONG* value);
 // The double that is nearest to the decimal number, correctly rounded for any count of digits.
-HRESULT VarR8FromStr(const OLECHAR* text, LCID locale, ULONG flags, double* value);
+QORGEN_API HRESULT VarR8FromStr(const OLECHAR* text, LCID locale, ULONG flags, double* value);
 
-// --- Text to date ---
+// ---- Text to date -----------------------------------------------------------------------------------------
 //
 // A date, a time, or both in either order with white space between. Fields are separated by / - . or white
 // space:
-//   2024/3/5  24/3/5  2024-03-05  2024.3.5  2024 3 5    year, month, day
-//   3/5/2024  25/12/2024  12/31/99   taken so where the order above cannot be: month, day, year, or else day,
-//   month, year 3/5, 25/12   the current year      2024/3, 3/2024   the first of the month 2024年3月5日
-//   3月5日  2024年3月     令和6年3月5日  平成元年1月8日  R6.3.5  H31/4/30  昭64年1月7日  ㍻5年1月1日 March 5,
-//   2024   5-Mar-2024   Mar 5   March 2024       English months, three letters or more 12:34  12:34:56  3:05
-//   PM  3 pm  午後3時5分  午前9:30  15時30分20秒
+//
+//   2024/3/5  24/3/5  2024-03-05  2024.3.5  2024 3 5   year, month, day
+//   3/5/2024  25/12/2024  12/31/99                     where the order above cannot be: month, day, year, or
+//                                                      else day, month, year
+//   3/5  25/12                                         in the current year
+//   2024/3  3/2024                                     the first of the month
+//   2024年3月5日  3月5日  2024年3月                    the same with their units
+//   令和6年3月5日  平成元年1月8日  R6.3.5  H31/4/30    years of an era
+//   昭64年1月7日  ㍻5年1月1日
+//   March 5, 2024  5-Mar-2024  Mar 5  March 2024       English months, three letters or more
+//   12:34  12:34:56  3:05 PM  3 pm                     times
+//   午後3時5分  午前9:30  15時30分20秒
+//
 // A year of one or two digits lies in 1930 to 2029. An era year counts from the era's first year, also past
 // its end (昭和100年 is 2025). Full-width forms count. A date alone has no fraction; a time alone stands on
 // day 0. DISP_E_TYPEMISMATCH for everything else, as for 24:00, 13月 and 2023/2/29. VAR_TIMEVALUEONLY and
 // VAR_DATEVALUEONLY cut the result to its time or its day.
-HRESULT VarDateFromStr(const OLECHAR* text, LCID locale, ULONG flags, DATE* date);
+QORGEN_API HRESULT VarDateFromStr(const OLECHAR* text, LCID locale, ULONG flags, DATE* date);
 
 #endif

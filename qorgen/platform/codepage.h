@@ -44,12 +44,8 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, const char* source, int byte
 int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int units, char* destination,
                         int bytes, const char* defaultChar, BOOL* usedDefaultChar);
 
-// Nonzero for the lead bytes of code page 932: 0x81 to 0x9F and 0xE0 to 0xFC.
-BOOL IsDBCSLeadByte(BYTE byte);
-// Zero for every byte of UTF-8.
+// Nonzero for the lead bytes of code page 932, 0x81 to 0x9F and 0xE0 to 0xFC; zero for every byte of UTF-8.
 BOOL IsDBCSLeadByteEx(UINT codePage, BYTE byte);
-UINT GetACP();
-UINT GetOEMCP();
 
 #endif
 

@@ -37,14 +37,6 @@ size_t qorgen_wcsftime(wchar_t* buffer, size_t capacity, const wchar_t* format, 
 #include <mbctype.h>
 #include <mbstring.h>
 #include <wchar.h>
-
-// What the runtime that mingw-w64 links does by the locale, lacks, or has under other rules in the headers of
-// mingw-w64. The contracts are those of the declarations below.
-int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
-int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
-
-#define swprintf qorgen_swprintf
-#define vswprintf qorgen_vswprintf
 #else
 
 #define _O_TEXT 0x4000
@@ -55,91 +47,52 @@ int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va
 #define _MAX_FNAME 256
 #define _MAX_EXT 256
 
-// ---- text in memory
-// ------------------------------------------------------------------------------------------- As the C
-// standard describes them, for UTF-16 units.
+// ---- text in memory ---------------------------------------------------------------------------------------
+//
+// As the C standard describes them, for UTF-16 units.
 
 size_t qorgen_wcslen(const wchar_t* text);
 size_t qorgen_wcsnlen(const wchar_t* text, size_t limit);
-wchar_t* qorgen_wcscpy(wchar_t* destination, const wchar_t* source);
-wchar_t* qorgen_wcsncpy(wchar_t* destination, const wchar_t* source, size_t count);
-wchar_t* qorgen_wcscat(wchar_t* destination, const wchar_t* source);
-wchar_t* qorgen_wcsncat(wchar_t* destination, const wchar_t* source, size_t count);
-int qorgen_wcscmp(const wchar_t* left, const wchar_t* right);
 int qorgen_wcsncmp(const wchar_t* left, const wchar_t* right, size_t count);
 const wchar_t* qorgen_wcschr(const wchar_t* text, wchar_t unit);
 wchar_t* qorgen_wcschr(wchar_t* text, wchar_t unit);
-const wchar_t* qorgen_wcsrchr(const wchar_t* text, wchar_t unit);
-wchar_t* qorgen_wcsrchr(wchar_t* text, wchar_t unit);
-const wchar_t* qorgen_wcsstr(const wchar_t* text, const wchar_t* part);
-wchar_t* qorgen_wcsstr(wchar_t* text, const wchar_t* part);
 const wchar_t* qorgen_wcspbrk(const wchar_t* text, const wchar_t* set);
-wchar_t* qorgen_wcspbrk(wchar_t* text, const wchar_t* set);
-size_t qorgen_wcsspn(const wchar_t* text, const wchar_t* set);
 size_t qorgen_wcscspn(const wchar_t* text, const wchar_t* set);
 wchar_t* qorgen_wmemcpy(wchar_t* destination, const wchar_t* source, size_t count);
 wchar_t* qorgen_wmemmove(wchar_t* destination, const wchar_t* source, size_t count);
-wchar_t* qorgen_wmemset(wchar_t* destination, wchar_t unit, size_t count);
-int qorgen_wmemcmp(const wchar_t* left, const wchar_t* right, size_t count);
 const wchar_t* qorgen_wmemchr(const wchar_t* text, wchar_t unit, size_t count);
-wchar_t* qorgen_wmemchr(wchar_t* text, wchar_t unit, size_t count);
 
-// Reverses units; a surrogate pair comes apart, as it does on the platform.
-wchar_t* _wcsrev(wchar_t* text);
-// Copies at most `capacity` - 1 units and terminates. Null for a null pointer; nothing is written for a
-// capacity of 0 or less.
-wchar_t* lstrcpynW(wchar_t* destination, const wchar_t* source, int capacity);
-// -1, 0 or 1 by the order of the lower-case units. The platform sorts by the user's locale; only equality is
-// the same.
-int lstrcmpiW(const wchar_t* left, const wchar_t* right);
+// ---- numbers ----------------------------------------------------------------------------------------------
 
-// ---- numbers
-// -------------------------------------------------------------------------------------------------- `long`
-// results carry a 32-bit quantity: wcstol, _wtol and _wtoi stop at the bounds of 32 bits with errno ERANGE,
-// wcstoul at 0xFFFFFFFF; a minus sign before wcstoul negates in 32 bits. Decimal digits of other scripts
-// count as digits, full width ones too, in the integer functions. The decimal point is "." in every locale.
-
-long qorgen_wcstol(const wchar_t* text, wchar_t** end, int base);
-unsigned long qorgen_wcstoul(const wchar_t* text, wchar_t** end, int base);
-long long qorgen_wcstoll(const wchar_t* text, wchar_t** end, int base);
-unsigned long long qorgen_wcstoull(const wchar_t* text, wchar_t** end, int base);
-double qorgen_wcstod(const wchar_t* text, wchar_t** end);
-int _wtoi(const wchar_t* text);
+// White space, one sign and digits, decimal ones of other scripts too, as full-width ones. The `long` carries
+// a 32-bit quantity: at its bounds the value stops, with errno ERANGE.
 long _wtol(const wchar_t* text);
-long long _wtoi64(const wchar_t* text);
+// The decimal point is "." in every locale; hexadecimal and named forms count as the C standard has them.
+// Beyond the range an infinity, with errno ERANGE.
 double _wtof(const wchar_t* text);
 // Digits in `radix` 2 to 36, lower case, a minus sign only with radix 10. A wrong radix gives an empty text
-// and errno EINVAL. The `long` forms use the low 32 bits.
+// and errno EINVAL.
 wchar_t* _itow(int value, wchar_t* buffer, int radix);
-wchar_t* _ltow(long value, wchar_t* buffer, int radix);
-wchar_t* _ultow(unsigned long value, wchar_t* buffer, int radix);
-wchar_t* _i64tow(long long value, wchar_t* buffer, int radix);
-wchar_t* _ui64tow(unsigned long long value, wchar_t* buffer, int radix);
 
-// ---- formatting
-// ----------------------------------------------------------------------------------------------- The
-// platform's wide rules: %s, %ls, %ws and %c are wide; %S, %hs, %C and %hc are narrow, in the ANSI code page;
-// the size prefixes h hh l ll j z t I I32 I64 w L; %n isn't supported. On Linux %ld reads the 64 bits that a
-// `long` has there. A null text prints as "(null)".
+// ---- formatting -------------------------------------------------------------------------------------------
+//
+// The platform's wide rules: %s, %ls, %ws and %c are wide; %S, %hs, %C and %hc are narrow, in the ANSI code
+// page; the size prefixes h hh l ll j z t I I32 I64 w L; %n isn't supported. On Linux %ld reads the 64 bits
+// that a `long` has there. A null text prints as "(null)".
 
-// The number of units written, without the terminator; -1 when the text doesn't fit, which leaves a cut and
-// terminated text, or when the format is wrong, which leaves an empty one.
-int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
-int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
-// The same, but a text of exactly `capacity` units is written without terminator and a longer one is cut
-// there with the result -1. A null buffer with capacity 0 gives the length.
-int _snwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...);
+// The number of units written. A text of exactly `capacity` units is written without terminator; a longer one
+// is cut there with the result -1. A wrong format gives -1 and an empty text. A null buffer with capacity 0
+// gives the length.
 int _vsnwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments);
 // The length of the formatted text, without the terminator; -1 for a wrong format.
-int _scwprintf(const wchar_t* format, ...);
 int _vscwprintf(const wchar_t* format, va_list arguments);
 
-// ---- paths
-// ---------------------------------------------------------------------------------------------------- Cuts a
-// path into drive ("C:"), folder (up to and with the last separator of either kind), name, and extension
-// (from the last dot of the name on). Any result pointer may be null. A share's leading "\\" stays in the
-// folder. When a part is too long for its buffer (_MAX_DRIVE, _MAX_DIR, _MAX_FNAME, _MAX_EXT) all results are
-// empty and errno is ERANGE.
+// ---- paths ------------------------------------------------------------------------------------------------
+
+// Cuts a path into drive ("C:"), folder (up to and with the last separator of either kind), name, and
+// extension (from the last dot of the name on). Any result pointer may be null. A share's leading "\\" stays
+// in the folder. When a part is too long for its buffer (_MAX_DRIVE, _MAX_DIR, _MAX_FNAME, _MAX_EXT) all
+// results are empty and errno is ERANGE.
 void _wsplitpath(const wchar_t* path, wchar_t* drive, wchar_t* folder, wchar_t* name, wchar_t* extension);
 // Joins the parts into `path` of _MAX_PATH units; a missing colon, trailing separator ("\") or dot is added,
 // null and empty parts are left out. A path that is too long comes out empty with errno ERANGE.
@@ -147,6 +100,7 @@ void _wmakepath(wchar_t* path, const wchar_t* drive, const wchar_t* folder, cons
                 const wchar_t* extension);
 
 // ---- files and text streams -------------------------------------------------------------------------------
+//
 // _wfopen opens a path of either vocabulary with the platform's modes: r, w or a; "+"; b or t (text is the
 // default); x with w; D (the file goes when the stream is closed); c n N S R T, which change nothing; and
 // ",ccs=UTF-8", ",ccs=UTF-16LE" or ",ccs=UNICODE" behind a text mode. Null with errno set, and the thread's
@@ -174,37 +128,18 @@ int _close(int descriptor);
 
 int qorgen_fputws(const wchar_t* text, FILE* stream);
 
-// Removes a file; -1 with errno, EACCES for a folder.
-int _wremove(const wchar_t* path);
 // 0 when the path exists and, with 2 or 6, isn't read-only; else -1 with errno. Modes: 0, 2, 4, 6.
 int _waccess(const wchar_t* path, int mode);
 
 #define wcslen qorgen_wcslen
 #define wcsnlen qorgen_wcsnlen
-#define wcscpy qorgen_wcscpy
-#define wcsncpy qorgen_wcsncpy
-#define wcscat qorgen_wcscat
-#define wcsncat qorgen_wcsncat
-#define wcscmp qorgen_wcscmp
 #define wcsncmp qorgen_wcsncmp
 #define wcschr qorgen_wcschr
-#define wcsrchr qorgen_wcsrchr
-#define wcsstr qorgen_wcsstr
 #define wcspbrk qorgen_wcspbrk
-#define wcsspn qorgen_wcsspn
 #define wcscspn qorgen_wcscspn
 #define wmemcpy qorgen_wmemcpy
 #define wmemmove qorgen_wmemmove
-#define wmemset qorgen_wmemset
-#define wmemcmp qorgen_wmemcmp
 #define wmemchr qorgen_wmemchr
-#define wcstol qorgen_wcstol
-#define wcstoul qorgen_wcstoul
-#define wcstoll qorgen_wcstoll
-#define wcstoull qorgen_wcstoull
-#define wcstod qorgen_wcstod
-#define swprintf qorgen_swprintf
-#define vswprintf qorgen_vswprintf
 #define fputws qorgen_fputws
 
 #endif

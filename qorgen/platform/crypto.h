@@ -3,6 +3,7 @@
 // The digest half of the cryptographic service: a provider context and MD5 hashes. A context or hash belongs
 // to one thread at a time.
 
+#include "qorgen/platform/error_codes.h"
 #include "qorgen/platform/types.h"
 
 #if defined(_WIN32)
@@ -22,21 +23,11 @@ inline constexpr DWORD HP_ALGID = 1;
 inline constexpr DWORD HP_HASHVAL = 2;
 inline constexpr DWORD HP_HASHSIZE = 4;
 
-inline constexpr HRESULT NTE_BAD_HASH = static_cast<HRESULT>(0x80090002u);
-inline constexpr HRESULT NTE_BAD_ALGID = static_cast<HRESULT>(0x80090008u);
-inline constexpr HRESULT NTE_BAD_FLAGS = static_cast<HRESULT>(0x80090009u);
-inline constexpr HRESULT NTE_BAD_TYPE = static_cast<HRESULT>(0x8009000Au);
-inline constexpr HRESULT NTE_BAD_HASH_STATE = static_cast<HRESULT>(0x8009000Cu);
-inline constexpr HRESULT NTE_BAD_KEYSET = static_cast<HRESULT>(0x80090016u);
-inline constexpr HRESULT NTE_PROV_TYPE_NOT_DEF = static_cast<HRESULT>(0x80090017u);
-inline constexpr HRESULT NTE_PROVIDER_DLL_FAIL = static_cast<HRESULT>(0x8009001Du);
-inline constexpr HRESULT NTE_FAIL = static_cast<HRESULT>(0x80090020u);
-
 // All give TRUE, or FALSE with the last error set; out-parameters then stay as they were.
 
 // A context without keys. NTE_PROV_TYPE_NOT_DEF for another provider type, NTE_BAD_KEYSET without
-// CRYPT_VERIFYCONTEXT (there is no key store on Linux), NTE_BAD_FLAGS for a key container beside it, NTE_PROVIDER_DLL_FAIL on a machine
-// that lacks the library behind the service (Linux: libcrypto).
+// CRYPT_VERIFYCONTEXT (there is no key store on Linux), NTE_BAD_FLAGS for a key container beside it,
+// NTE_PROVIDER_DLL_FAIL on a machine that lacks the library behind the service (Linux: libcrypto).
 BOOL CryptAcquireContextW(HCRYPTPROV* provider, LPCWSTR container, LPCWSTR providerName, DWORD type,
                           DWORD flags);
 

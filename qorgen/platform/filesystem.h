@@ -4,8 +4,8 @@
 // signatures.
 //
 // On Windows they are the system's own. On Linux every call sets the thread's last error when it fails, takes
-// paths of either vocabulary (platform/linux/filesystem/path_mapping.h), and differs from Windows in what is said below.
-// Any thread may call; two calls on one handle at the same time share its position.
+// paths of either vocabulary (platform/linux/filesystem/path_mapping.h), and differs from Windows in what is
+// said below. Any thread may call; two calls on one handle at the same time share its position.
 
 #include "qorgen/platform/types.h"
 
@@ -108,8 +108,7 @@ struct WIN32_FIND_DATAW {
 static_assert(sizeof(LARGE_INTEGER) == 8 && sizeof(WIN32_FILE_ATTRIBUTE_DATA) == 36 &&
               sizeof(WIN32_FIND_DATAW) == 592);
 
-// --- Open files
-// -----------------------------------------------------------------------------------------------
+// ---- Open files -------------------------------------------------------------------------------------------
 
 // Share modes hold between the handles and streams of this process, byte-range locks between those and, as
 // advisory locks, other processes. A new file gets 0666 less the process's mask.
@@ -131,20 +130,14 @@ BOOL FlushFileBuffers(HANDLE file);
 BOOL LockFile(HANDLE file, DWORD offsetLow, DWORD offsetHigh, DWORD bytesLow, DWORD bytesHigh);
 BOOL UnlockFile(HANDLE file, DWORD offsetLow, DWORD offsetHigh, DWORD bytesLow, DWORD bytesHigh);
 
-// --- Times
-// ----------------------------------------------------------------------------------------------------
+// ---- Times ------------------------------------------------------------------------------------------------
 
 // Where the file system keeps no creation time, the older of last change and last write stands for it.
 // Setting a creation time is not possible and ignored.
 BOOL GetFileTime(HANDLE file, FILETIME* creation, FILETIME* access, FILETIME* write);
 BOOL SetFileTime(HANDLE file, const FILETIME* creation, const FILETIME* access, const FILETIME* write);
-BOOL FileTimeToSystemTime(const FILETIME* time, SYSTEMTIME* parts);
-BOOL SystemTimeToFileTime(const SYSTEMTIME* parts, FILETIME* time);
-BOOL FileTimeToLocalFileTime(const FILETIME* time, FILETIME* local);
-BOOL LocalFileTimeToFileTime(const FILETIME* local, FILETIME* time);
 
-// --- Entries of folders
-// ---------------------------------------------------------------------------------------
+// ---- Entries of folders -----------------------------------------------------------------------------------
 
 // A symbolic link is followed, except by the calls that remove or rename: those act on the link itself.
 BOOL CreateDirectoryW(LPCWSTR path, SECURITY_ATTRIBUTES* security);
@@ -165,11 +158,8 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* data);
 BOOL FindNextFileW(HANDLE search, WIN32_FIND_DATAW* data);
 BOOL FindClose(HANDLE search);
 
-// --- Names
-// ----------------------------------------------------------------------------------------------------
+// ---- Names ------------------------------------------------------------------------------------------------
 
-DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer);
-BOOL SetCurrentDirectoryW(LPCWSTR path);
 // Text work only, apart from the working folder; the result begins with C:\ (or is a network path as given).
 DWORD GetFullPathNameW(LPCWSTR path, DWORD capacity, LPWSTR buffer, LPWSTR* filePart);
 // The folder of the variable TMPDIR, else /tmp, as C:\...\ with the separator at its end.
@@ -178,8 +168,7 @@ DWORD GetTempPathW(DWORD capacity, LPWSTR buffer);
 // characters. `unique` 0 finds a free number and creates the file; any other only forms the name.
 UINT GetTempFileNameW(LPCWSTR folder, LPCWSTR prefix, UINT unique, LPWSTR name);
 
-// --- Volumes
-// --------------------------------------------------------------------------------------------------
+// ---- Volumes ----------------------------------------------------------------------------------------------
 
 // C:\ is fixed; of other paths a mount point has the kind of its mount, anything else is DRIVE_NO_ROOT_DIR.
 UINT GetDriveTypeW(LPCWSTR root);
@@ -189,8 +178,7 @@ DWORD GetLogicalDriveStringsW(DWORD capacity, LPWSTR buffer);
 BOOL GetDiskFreeSpaceExW(LPCWSTR folder, ULARGE_INTEGER* available, ULARGE_INTEGER* total,
                          ULARGE_INTEGER* free);
 
-// --- Process
-// --------------------------------------------------------------------------------------------------
+// ---- Process ----------------------------------------------------------------------------------------------
 
 // Kept and given back; no system dialog exists that it could suppress.
 UINT SetErrorMode(UINT mode);

@@ -15,7 +15,6 @@ struct GUID {
   std::uint8_t Data4[8];
 };
 using CLSID = GUID;
-using IID = GUID;
 
 inline bool operator==(const GUID& a, const GUID& b) {
   return std::memcmp(&a, &b, sizeof(GUID)) == 0;

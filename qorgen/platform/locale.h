@@ -20,16 +20,12 @@ using LANGID = WORD;
 inline constexpr WORD LANG_NEUTRAL = 0x00;
 inline constexpr WORD LANG_ENGLISH = 0x09;
 inline constexpr WORD LANG_JAPANESE = 0x11;
-inline constexpr WORD SUBLANG_NEUTRAL = 0x00;
 inline constexpr WORD SUBLANG_DEFAULT = 0x01;
 constexpr WORD MAKELANGID(WORD primary, WORD sub) {
   return static_cast<WORD>((sub << 10) | primary);
 }
 constexpr WORD PRIMARYLANGID(WORD language) {
   return language & 0x3FF;
-}
-constexpr WORD SUBLANGID(WORD language) {
-  return static_cast<WORD>(language >> 10);
 }
 
 // Sets and gives the locale of `category` (LC_ALL and its kin): "japanese", "ja-JP" and the like give
@@ -41,8 +37,6 @@ wchar_t* _wsetlocale(int category, const wchar_t* name);
 
 // The user's language from LC_ALL, LC_MESSAGES or LANG, whichever is set first: English (0x0409) for "en...",
 // else Japanese (0x0411), which is also the answer where nothing or "C" is set.
-LANGID GetUserDefaultLangID();
 LANGID GetUserDefaultUILanguage();
-LCID GetUserDefaultLCID();
 
 #endif

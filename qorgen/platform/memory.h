@@ -43,17 +43,17 @@ struct OSVERSIONINFOW {
 
 // Fills the record, dwLength included. Linux: all zeros (with the right length) when the kernel gives no
 // figures.
-void GlobalMemoryStatus(MEMORYSTATUS* status);
+QORGEN_API void GlobalMemoryStatus(MEMORYSTATUS* status);
 
 // Fills the record. FALSE with ERROR_INVALID_PARAMETER when dwLength is not the record's size, and with
 // ERROR_NOT_SUPPORTED when the kernel gives no figures; the record stays as it was.
 // Linux: physical memory as the kernel counts it (available: what programs can get without swapping); the
 // page file figures are physical memory and swap space together; the limits of a container are not looked at.
-BOOL GlobalMemoryStatusEx(MEMORYSTATUSEX* status);
+QORGEN_API BOOL GlobalMemoryStatusEx(MEMORYSTATUSEX* status);
 
 // The system's version. FALSE with ERROR_INSUFFICIENT_BUFFER when dwOSVersionInfoSize is not the record's
 // size. Linux: the level of the interface that qorgen/platform offers, 10.0, whatever the kernel's number.
-BOOL GetVersionExW(OSVERSIONINFOW* version);
+QORGEN_API BOOL GetVersionExW(OSVERSIONINFOW* version);
 
 #endif
 

@@ -38,5 +38,5 @@ inline constexpr int IDCONTINUE = 11;
 // There is no screen: the caption, if any, and the text go to standard error as UTF-8, a line end added when
 // the text has none, and the answer is that of the default button of `type`. A default button that the type
 // doesn't have counts as the first one; an unknown set of buttons gives 0, as a box that can't be shown.
-int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
+QORGEN_API int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
 #endif

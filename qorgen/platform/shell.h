@@ -21,35 +21,46 @@ BOOL PathFileExistsW(LPCWSTR path);
 BOOL PathIsDirectoryW(LPCWSTR path);
 
 // The dot that begins the extension, or the end of the text when there is none: the last dot of the last
-// component, unless a space follows it. "a.tar.gz" gives ".gz", "a." gives ".", "a.b c" and "a.b\c" have
-// none. Null gives null.
+// component, unless a space follows it. Null gives null.
+//
+//   a.tar.gz   .gz
+//   a.         .
+//   a.b c      (none)
+//   a.b\c      (none)
 LPWSTR PathFindExtensionW(LPCWSTR path);
 
 // Cuts the last component and the backslash before it, in place; TRUE if anything was cut. A root keeps its
-// backslash: "C:\a" gives "C:\", "\a" gives "\", "C:a" gives "C:", "a" gives "". "\\srv\share\a" gives
-// "\\srv\share". Linux: in a path that begins with exactly one forward slash, the host's own vocabulary, the
-// forward slash separates too: "/a/b.txt" gives "/a".
+// backslash. Linux: in a path that begins with exactly one forward slash, the host's own vocabulary, the
+// forward slash separates too.
+//
+//   "C:\a"             "C:\"
+//   "C:a"              "C:"
+//   "\a"               "\"
+//   "a"                ""
+//   "\\srv\share\a"    "\\srv\share"
+//   "/a/b.txt"         "/a"  (Linux)
 BOOL PathRemoveFileSpecW(LPWSTR path);
 
-// The first character behind the root, or null when the text has none: "C:\a" gives "a", "\\srv\share\a"
-// gives "a",
-// "\a" gives "a", "\\?\C:\a" gives "a". A drive without a backslash ("C:a") has no root. A network path that
-// ends in its machine or share gives its end.
+// The first character behind the root, or null when the text has none. A drive without a backslash ("C:a")
+// has no root. A network path that ends in its machine or share gives its end.
+//
+//   C:\a  \a  \\srv\share\a  \\?\C:\a     a
 LPWSTR PathSkipRootW(LPCWSTR path);
 
 // Shortens a path to at most `maxCharacters` characters, the terminator included, into `out`, which has room
 // for that many. FALSE for a null text and for 0. The rule, with n = maxCharacters - 1:
-//  - A path of up to n characters is copied as it is.
-//  - The last component keeps the separator before it ("\" or "/", whichever stands there; a separator at the
-//  very
-//    end belongs to the component). When "..." and that fit, the result is as many characters of the
-//    beginning as still fit, "...", and the component: "C:\folder\sub\name.txt" with 20 gives
-//    "C:\fold...\name.txt".
-//  - When the component itself is too long, the result is "...", the separator, and the component cut so that
-//  it ends
-//    in "...": "C:\folder\long name.txt" with 12 gives "...\long...".
-//  - A text without separator is cut the same way: "My Filename" with 10 gives "My Fil...".
-//  - Where even the dots do not fit, as many characters of "...", the separator and "..." as fit.
+//
+//   - A path of up to n characters is copied as it is.
+//   - The last component keeps the separator before it ("\" or "/", whichever stands there; a separator at
+//     the very end belongs to the component). When "..." and that fit, the result is as many characters of
+//     the beginning as still fit, "...", and the component.
+//   - When the component itself is too long, the result is "...", the separator, and the component cut so
+//     that it ends in "...". A text without separator is cut the same way.
+//   - Where even the dots do not fit, as many characters of "...", the separator and "..." as fit.
+//
+//   C:\folder\sub\name.txt    20   C:\fold...\name.txt
+//   C:\folder\long name.txt   12   ...\long...
+//   My Filename               10   My Fil...
 BOOL PathCompactPathExW(LPWSTR out, LPCWSTR source, UINT maxCharacters, DWORD flags);
 
 inline constexpr int CSIDL_DESKTOP = 0;
@@ -63,14 +74,14 @@ inline constexpr int CSIDL_COMMON_DOCUMENTS = 46;
 // FALSE, with empty text, when the id is not one of the above, the path is too long, or the folder is missing
 // and `create` is FALSE (with TRUE it is made, parents included); the two common folders are always there,
 // and on Linux made by the first question. Linux, all in the form "C:\...":
-//  - desktop, documents, pictures: the user folders of the desktop's own settings; where there are none,
-//  "Desktop",
-//    "Documents" and "Pictures" in the home folder;
-//  - local application data: the user's data folder, as a rule "~/.local/share";
-//  - common application data and common documents: "CommonData" and "CommonDocuments" in "/var/lib/qorgen",
-//  where an
-//    administrator has made that folder and the user may write to it; else in "qorgen" of the user's data
-//    folder. What is made in the shared place may be written to by every user, as it may on Windows.
+//
+//   - desktop, documents, pictures: the user folders of the desktop's own settings; where there are none,
+//     "Desktop", "Documents" and "Pictures" in the home folder;
+//   - local application data: the user's data folder, as a rule "~/.local/share";
+//   - common application data and common documents: "CommonData" and "CommonDocuments" in "/var/lib/qorgen",
+//     where an administrator has made that folder and the user may write to it; else in "qorgen" of the
+//     user's data folder. What is made in the shared place may be written to by every user, as it may on
+//     Windows.
 BOOL SHGetSpecialFolderPathW(HWND owner, LPWSTR path, int folderId, BOOL create);
 
 using ASSOCF = DWORD;
@@ -80,16 +91,17 @@ enum ASSOCSTR { ASSOCSTR_EXECUTABLE = 2 };
 // The program that opens files of a type. `association` is an extension with its dot, `verb` is "open" or
 // null. `count` holds the room of `out` in characters and receives the number of characters written,
 // terminator included.
-//  - S_OK: written.
-//  - S_FALSE: `out` is null; `count` receives the room needed.
-//  - E_POINTER: not enough room; `count` receives the room needed; nothing is written with ASSOCF_NOTRUNCATE,
-//  else as
-//    much as fits.
-//  - HRESULT of ERROR_NO_ASSOCIATION: nothing is registered; `count` stays.
-//  - E_INVALIDARG: a null or empty argument or another kind of question.
+//
+//   S_OK           written
+//   S_FALSE        `out` is null; `count` receives the room needed
+//   E_POINTER      not enough room; `count` receives the room needed; nothing is written with
+//                  ASSOCF_NOTRUNCATE, else as much as fits
+//   E_INVALIDARG   a null or empty argument or another kind of question
+//   ERROR_NO_ASSOCIATION as a HRESULT: nothing is registered; `count` stays
+//
 // Linux: the content type that the desktop's database gives for the extension, its default application, and
-// the program of that, found through the search path and given in the form "C:\usr\bin\vim". Nothing counts as
-// registered on a machine without GIO.
+// the program of that, found through the search path and given in the form "C:\usr\bin\vim". Nothing counts
+// as registered on a machine without GIO.
 HRESULT AssocQueryStringW(ASSOCF flags, ASSOCSTR kind, LPCWSTR association, LPCWSTR verb, LPWSTR out,
                           DWORD* count);
 

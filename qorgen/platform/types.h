@@ -38,8 +38,6 @@ using HRESULT = std::int32_t;
 using LCID = std::uint32_t;
 using LPWSTR = wchar_t*;
 using LPCWSTR = const wchar_t*;
-using LPSTR = char*;
-using LPCSTR = const char*;
 using HANDLE = void*;
 
 struct HINSTANCE__;

@@ -31,16 +31,16 @@ static_assert(sizeof(VS_FIXEDFILEINFO) == 52);
 // and ERROR_RESOURCE_TYPE_NOT_FOUND for one without a version resource. Linux: the resource is read from the
 // portable executable itself (32 and 64 bits), in the first language in it, where Windows prefers the user's.
 // The host's own programs have none.
-DWORD GetFileVersionInfoSizeW(LPCWSTR path, DWORD* handle);
+QORGEN_API DWORD GetFileVersionInfoSizeW(LPCWSTR path, DWORD* handle);
 
 // Copies at most `size` bytes of the block to `block`, and zeros behind it. FALSE as above.
-BOOL GetFileVersionInfoW(LPCWSTR path, DWORD handle, DWORD size, void* block);
+QORGEN_API BOOL GetFileVersionInfoW(LPCWSTR path, DWORD handle, DWORD size, void* block);
 
 // Looks a value up in a block that GetFileVersionInfoW filled: "\" is the VS_FIXEDFILEINFO,
 // "\VarFileInfo\Translation" the list of languages, "\StringFileInfo\041103a4\ProductName" a text. Case does
 // not count. `value` then points into the block; `length` is in bytes, for a text in characters. FALSE with
 // ERROR_RESOURCE_TYPE_NOT_FOUND when there is none (`value` and `length` stay), or ERROR_INVALID_DATA for a
 // block that is none.
-BOOL VerQueryValueW(const void* block, LPCWSTR name, void** value, UINT* length);
+QORGEN_API BOOL VerQueryValueW(const void* block, LPCWSTR name, void** value, UINT* length);
 
 #endif

@@ -6,6 +6,7 @@
 
 #include "qorgen/platform/codepage.h"
 #include "qorgen/platform/error.h"
+#include "qorgen/platform/module.h"
 #include "qorgen/platform/strings.h"
 #include "qorgen/text/internal/convert.h"
 #include "qorgen/text/string_util.h"

@@ -81,15 +81,14 @@ TEST(CFileFind, FindsOneNameAndBeginsAnew) {
   EXPECT_TEXT(L"", finder.GetRoot());
 
   // A search in the working folder, by its pattern and by null, and one in a root.
-  wchar_t before[MAX_PATH];
-  GetCurrentDirectoryW(MAX_PATH, before);
-  ASSERT_TRUE(SetCurrentDirectoryW(scratch.Path(L"")));
-  EXPECT_TRUE(finder.FindFile(L"A*"));
-  finder.FindNextFile();
-  EXPECT_TEXT(scratch.Path(L"a"), finder.GetFilePath());
-  EXPECT_TRUE(finder.FindFile());
-  EXPECT_TEXT(scratch.Path(L""), finder.GetRoot());
-  SetCurrentDirectoryW(before);
+  {
+    const InFolder working(scratch.Path(L""));
+    EXPECT_TRUE(finder.FindFile(L"A*"));
+    finder.FindNextFile();
+    EXPECT_TEXT(scratch.Path(L"a"), finder.GetFilePath());
+    EXPECT_TRUE(finder.FindFile());
+    EXPECT_TEXT(scratch.Path(L""), finder.GetRoot());
+  }
   EXPECT_TRUE(finder.FindFile(L"C:\\*"));
   EXPECT_TEXT(L"C:\\", finder.GetRoot());
   finder.FindNextFile();

@@ -23,7 +23,7 @@ class Numbers : public CQorExportBase {
  protected:
   void GetExportField(CQorExportInfo, long at, CString& text, CSVMGR_QUOTES&, int&) override {
     wchar_t digits[32];
-    text = _ltow(at, digits, 10);
+    text = _itow(static_cast<int>(at), digits, 10);
   }
   int IsExportEnd(long at) override { return at == end_ ? 1 : 0; }
   void EndProgress() override { ended = true; }

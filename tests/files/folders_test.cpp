@@ -136,12 +136,11 @@ TEST_F(FoldersTest, DeleteFolderWithEverythingInIt) {
 }
 
 TEST_F(FoldersTest, DeletingAnEmptyNameLeavesTheWorkingFolderAlone) {
-  wchar_t former[MAX_PATH];
-  ASSERT_NE(0u, GetCurrentDirectoryW(MAX_PATH, former));
   ASSERT_TRUE(PutFile(In(L"precious.txt"), "x"));
-  ASSERT_TRUE(SetCurrentDirectoryW(In(L"")));
-  EXPECT_EQ(0, CQorFileUtil::DeleteDirectory(L""));
-  SetCurrentDirectoryW(former);
+  {
+    const InFolder working(In(L""));
+    EXPECT_EQ(0, CQorFileUtil::DeleteDirectory(L""));
+  }
   EXPECT_TRUE(Exists(In(L"precious.txt")));
 }
 

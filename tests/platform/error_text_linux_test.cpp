@@ -1,9 +1,11 @@
+#include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/error/error_text_table.h"
+#include "qorgen/platform/module.h"
 
 #include "tests/support/text.h"
 
@@ -19,15 +21,18 @@ std::string Text(DWORD flags, const void* module, DWORD number, DWORD language) 
   return length != 0 ? Utf8(buffer) : "failed " + std::to_string(GetLastError());
 }
 
-TEST(ErrorTextTable, NoTextIsEmptyOrBringsItsOwnLineBreak) {
+// A row's English comes first, and no text brings its own line break.
+TEST(ErrorTextTable, EachTextIsInItsLanguage) {
   for (const ErrorTextTable& table : {SystemErrorTexts(), WebTransportErrorTexts()}) {
     for (const ErrorText* row = table.first; row != table.last; ++row) {
-      for (const wchar_t* text : {row->japanese, row->english}) {
-        int length = 0;
-        while (text[length] != 0) ++length;
-        EXPECT_GE(length, 4) << row->number;
-        EXPECT_NE(L'\n', text[length - 1]) << row->number;
-      }
+      const std::string english = Utf8(row->english);
+      EXPECT_GE(english.size(), 4u) << row->number;
+      EXPECT_EQ(english.end(), std::find_if(english.begin(), english.end(), [](char c) { return c < ' '; }))
+          << english;
+      const std::string japanese = Utf8(row->japanese);
+      EXPECT_NE(japanese.end(), std::find_if(japanese.begin(), japanese.end(), [](char c) { return c < 0; }))
+          << japanese;
+      EXPECT_EQ(std::string::npos, japanese.find('\n')) << japanese;
     }
   }
 }

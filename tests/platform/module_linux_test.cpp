@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(ModuleLinuxTest, any_address_names_its_module) {
+TEST(Module, AnyAddressNamesItsModule) {
   wchar_t path[MAX_PATH + 1] = {};
   void* in_the_runtime = dlsym(RTLD_DEFAULT, "fopen");
   ASSERT_GT(GetModuleFileNameW(static_cast<HMODULE>(in_the_runtime), path, MAX_PATH), 0u);

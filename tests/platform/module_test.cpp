@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(ModuleTest, executable_has_a_full_path) {
+TEST(Module, ExecutableHasAFullPath) {
   wchar_t path[MAX_PATH + 1] = {};
   const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
   const std::string text = qorgen::tests::Utf8(path);
@@ -19,7 +19,7 @@ TEST(ModuleTest, executable_has_a_full_path) {
   EXPECT_NE(std::string::npos, text.find("qorgen_platform_tests"));
 }
 
-TEST(ModuleTest, a_short_buffer_gets_a_terminated_beginning) {
+TEST(Module, AShortBufferGetsATerminatedBeginning) {
   wchar_t path[6] = {L'#', L'#', L'#', L'#', L'#', L'#'};
   EXPECT_EQ(5u, GetModuleFileNameW(nullptr, path, 5));
   EXPECT_EQ(ERROR_INSUFFICIENT_BUFFER, GetLastError());
@@ -28,11 +28,21 @@ TEST(ModuleTest, a_short_buffer_gets_a_terminated_beginning) {
   EXPECT_EQ(L'#', path[5]);
 }
 
-TEST(ModuleTest, no_module_at_a_stray_address) {
+TEST(Module, NoneAtAStrayAddress) {
   int here = 0;
   wchar_t path[MAX_PATH + 1] = {};
   EXPECT_EQ(0u, GetModuleFileNameW(reinterpret_cast<HMODULE>(&here), path, MAX_PATH));
   EXPECT_EQ(ERROR_MOD_NOT_FOUND, GetLastError());
+}
+
+TEST(Module, OthersAreNotFound) {
+  EXPECT_EQ(nullptr, LoadLibraryW(L"no-such-module.dll"));
+  EXPECT_EQ(ERROR_MOD_NOT_FOUND, GetLastError());
+  const HMODULE module = LoadLibraryW(L"MLANG");
+  ASSERT_NE(nullptr, module);
+  EXPECT_EQ(nullptr, reinterpret_cast<void*>(GetProcAddress(module, "NoSuchFunction")));
+  EXPECT_EQ(ERROR_PROC_NOT_FOUND, GetLastError());
+  EXPECT_TRUE(FreeLibrary(module));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "qorgen/platform/error.h"
+#include "qorgen/platform/module.h"
 
 #include "tests/support/text.h"
 #include "tests/support/wine.h"

@@ -1,9 +1,11 @@
 #include "tests/support/scratch_folder.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "qorgen/platform/error.h"
 
+#include "tests/support/text.h"
 #include "tests/support/wine.h"
 
 namespace qorgen::tests {
@@ -67,6 +69,18 @@ const wchar_t* ScratchFolder::Path(const wchar_t* name) {
   next_ = (next_ + 1) % 8;
   Store(*name == 0 ? root_ : root_ + u'\\' + Text(name), text);
   return text;
+}
+
+InFolder::InFolder(const wchar_t* path) : former_(std::filesystem::current_path()) {
+  std::string text = Utf8(path);
+  std::replace(text.begin(), text.end(), '\\', '/');
+  // A drive means something to the runtime of one host alone.
+  if (text.substr(0, 2) == "C:" && !std::filesystem::path(text).has_root_name()) text.erase(0, 2);
+  std::filesystem::current_path(text);
+}
+
+InFolder::~InFolder() {
+  std::filesystem::current_path(former_);
 }
 
 bool PutFile(const wchar_t* path, const std::string& bytes) {

@@ -2,6 +2,7 @@
 
 // A folder of a test's own in the temporary folder, removed with everything in it at the end of the test.
 
+#include <filesystem>
 #include <string>
 
 #include "qorgen/platform/filesystem.h"
@@ -23,6 +24,18 @@ class ScratchFolder {
   std::u16string root_;
   wchar_t texts_[8][512];
   int next_ = 0;
+};
+
+// Moves the process into a folder as long as it lives.
+class InFolder {
+ public:
+  explicit InFolder(const wchar_t* path);
+  ~InFolder();
+  InFolder(const InFolder&) = delete;
+  InFolder& operator=(const InFolder&) = delete;
+
+ private:
+  std::filesystem::path former_;
 };
 
 // Makes or replaces a file with these bytes; false when that isn't possible.

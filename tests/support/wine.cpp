@@ -1,6 +1,6 @@
 #include "tests/support/wine.h"
 
-#include "qorgen/platform/error.h"
+#include "qorgen/platform/module.h"
 
 namespace qorgen::tests {
 

@@ -186,13 +186,6 @@ wchar_t* _wsetlocale(int category, const wchar_t* name) {
   return nullptr;
 }
 
-LANGID GetUserDefaultLangID() {
-  return MAKELANGID(IsEnglishUser() ? LANG_ENGLISH : LANG_JAPANESE, SUBLANG_DEFAULT);
-}
-
 LANGID GetUserDefaultUILanguage() {
-  return GetUserDefaultLangID();
-}
-LCID GetUserDefaultLCID() {
-  return GetUserDefaultLangID();
+  return MAKELANGID(IsEnglishUser() ? LANG_ENGLISH : LANG_JAPANESE, SUBLANG_DEFAULT);
 }

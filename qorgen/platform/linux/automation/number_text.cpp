@@ -164,7 +164,8 @@ HRESULT RoundNumber(const NumberText& number, int width, std::int64_t low, std::
   return S_OK;
 }
 
-HRESULT NumberToDouble(const NumberText& number, double* value) {
+// To the nearest double. DISP_E_OVERFLOW beyond the largest.
+static HRESULT NumberToDouble(const NumberText& number, double* value) {
   double magnitude = 0;
   if (number.based) {
     if (number.used_bits > 64) return DISP_E_OVERFLOW;

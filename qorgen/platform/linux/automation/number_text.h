@@ -31,7 +31,4 @@ bool ReadNumber(const wchar_t* text, NumberText* number);
 HRESULT RoundNumber(const NumberText& number, int width, std::int64_t low, std::int64_t high,
                     std::int64_t* value);
 
-// To the nearest double. DISP_E_OVERFLOW beyond the largest.
-HRESULT NumberToDouble(const NumberText& number, double* value);
-
 }  // namespace qorgen::platform

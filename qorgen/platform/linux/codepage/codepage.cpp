@@ -98,15 +98,6 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int uni
   return Finish(progress, length);
 }
 
-BOOL IsDBCSLeadByte(BYTE byte) {
-  return IsLead932(byte) ? TRUE : FALSE;
-}
 BOOL IsDBCSLeadByteEx(UINT codePage, BYTE byte) {
-  return Is932(codePage) ? IsDBCSLeadByte(byte) : FALSE;
-}
-UINT GetACP() {
-  return 932;
-}
-UINT GetOEMCP() {
-  return 932;
+  return Is932(codePage) && IsLead932(byte) ? TRUE : FALSE;
 }

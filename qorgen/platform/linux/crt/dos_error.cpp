@@ -1,6 +1,8 @@
 #include "qorgen/platform/linux/crt/dos_error.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 
 #include "qorgen/platform/error.h"
 
@@ -13,46 +15,42 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-    {1, EINVAL},       // wrong function
-    {2, ENOENT},       // file not found
-    {3, ENOENT},       // path not found
-    {4, EMFILE},       // too many open files
-    {5, EACCES},       // access denied
-    {6, EBADF},        // wrong handle
-    {8, ENOMEM},       // no memory
-    {14, ENOMEM},      // out of memory
-    {15, ENOENT},      // wrong drive
-    {16, EACCES},      // the current folder
-    {17, EXDEV},       // another device
-    {18, ENOENT},      // no more files
-    {19, EACCES},      // write-protected
-    {32, EACCES},      // sharing violation
-    {33, EACCES},      // lock violation
-    {39, ENOSPC},      // handle: disk full
-    {53, ENOENT},      // network path
-    {65, EACCES},      // network access
-    {67, ENOENT},      // network name
-    {80, EEXIST},      // file exists
-    {82, EACCES},      // can't make
-    {109, EPIPE},      // broken pipe
-    {112, ENOSPC},     // disk full
-    {145, ENOTEMPTY},  // folder not empty
-    {161, ENOENT},     // bad path name
-    {183, EEXIST},     // exists already
-    {206, ENOENT},     // name too long
+    {ERROR_INVALID_FUNCTION, EINVAL},
+    {ERROR_FILE_NOT_FOUND, ENOENT},
+    {ERROR_PATH_NOT_FOUND, ENOENT},
+    {ERROR_TOO_MANY_OPEN_FILES, EMFILE},
+    {ERROR_ACCESS_DENIED, EACCES},
+    {ERROR_INVALID_HANDLE, EBADF},
+    {ERROR_NOT_ENOUGH_MEMORY, ENOMEM},
+    {ERROR_OUTOFMEMORY, ENOMEM},
+    {ERROR_INVALID_DRIVE, ENOENT},
+    {ERROR_CURRENT_DIRECTORY, EACCES},
+    {ERROR_NOT_SAME_DEVICE, EXDEV},
+    {ERROR_NO_MORE_FILES, ENOENT},
+    {ERROR_WRITE_PROTECT, EACCES},
+    {ERROR_SHARING_VIOLATION, EACCES},
+    {ERROR_LOCK_VIOLATION, EACCES},
+    {ERROR_HANDLE_DISK_FULL, ENOSPC},
+    {ERROR_BAD_NETPATH, ENOENT},
+    {ERROR_NETWORK_ACCESS_DENIED, EACCES},
+    {ERROR_BAD_NET_NAME, ENOENT},
+    {ERROR_FILE_EXISTS, EEXIST},
+    {ERROR_CANNOT_MAKE, EACCES},
+    {ERROR_BROKEN_PIPE, EPIPE},
+    {ERROR_DISK_FULL, ENOSPC},
+    {ERROR_DIR_NOT_EMPTY, ENOTEMPTY},
+    {ERROR_BAD_PATHNAME, ENOENT},
+    {ERROR_ALREADY_EXISTS, EEXIST},
+    {ERROR_FILENAME_EXCED_RANGE, ENOENT},
 };
 
 }  // namespace
 
-int ErrnoFromWin32(DWORD error) {
-  for (const Row& row : kRows) {
-    if (row.error == error) return row.number;
-  }
-  return EINVAL;
-}
-
 int FailFromLastError() {
-  errno = ErrnoFromWin32(GetLastError());
+  const DWORD error = GetLastError();
+  const Row* row =
+      std::find_if(std::begin(kRows), std::end(kRows), [error](const Row& at) { return at.error == error; });
+  errno = row != std::end(kRows) ? row->number : EINVAL;
   return -1;
 }
 

@@ -179,14 +179,6 @@ int _fileno(FILE* stream) {
   return state != nullptr ? state->descriptor : fileno(stream);
 }
 
-int _wremove(const wchar_t* path) {
-  if (path == nullptr) {
-    errno = EINVAL;
-    return -1;
-  }
-  return DeleteFileW(path) ? 0 : qorgen::platform::FailFromLastError();
-}
-
 int _waccess(const wchar_t* path, int mode) {
   if (path == nullptr || (mode & ~6) != 0) {
     errno = EINVAL;

@@ -406,28 +406,6 @@ long long Format(wchar_t* buffer, size_t capacity, const wchar_t* format, va_lis
 
 }  // namespace
 
-int qorgen_vswprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments) {
-  if (buffer == nullptr || capacity == 0) {
-    errno = EINVAL;
-    return -1;
-  }
-  const long long length = Format(buffer, capacity - 1, format, arguments);
-  if (length < 0) {
-    buffer[0] = 0;
-    return -1;
-  }
-  buffer[std::min(static_cast<size_t>(length), capacity - 1)] = 0;
-  return static_cast<size_t>(length) < capacity ? static_cast<int>(length) : -1;
-}
-
-int qorgen_swprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int length = vswprintf(buffer, capacity, format, arguments);
-  va_end(arguments);
-  return length;
-}
-
 int _vsnwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list arguments) {
   if (buffer == nullptr && capacity != 0) {
     errno = EINVAL;
@@ -444,22 +422,6 @@ int _vsnwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, va_list
   return static_cast<int>(length);
 }
 
-int _snwprintf(wchar_t* buffer, size_t capacity, const wchar_t* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int length = _vsnwprintf(buffer, capacity, format, arguments);
-  va_end(arguments);
-  return length;
-}
-
 int _vscwprintf(const wchar_t* format, va_list arguments) {
   return _vsnwprintf(nullptr, 0, format, arguments);
-}
-
-int _scwprintf(const wchar_t* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int length = _vscwprintf(format, arguments);
-  va_end(arguments);
-  return length;
 }

@@ -13,8 +13,13 @@ namespace {
 constexpr std::int64_t kSecondsFrom1601To1970 = 11644473600;
 constexpr std::int64_t kTicksPerSecond = 10000000;
 
+// Counts of 100 nanoseconds since 1601. Host times before that become 0.
 FILETIME TimeOf(const struct statx_timestamp& time) {
-  return FileTimeOf(time.tv_sec, time.tv_nsec);
+  constexpr std::int64_t kLast = INT64_MAX / kTicksPerSecond - kSecondsFrom1601To1970 - 1;
+  const std::int64_t seconds = time.tv_sec;
+  if (seconds < -kSecondsFrom1601To1970) return {};
+  const std::int64_t since = std::min(seconds, kLast) + kSecondsFrom1601To1970;
+  return FromTicks(static_cast<std::uint64_t>(since * kTicksPerSecond + time.tv_nsec / 100));
 }
 
 bool Ask(int folder, const char* path, int flags, struct statx& answer) {
@@ -40,13 +45,6 @@ void Finish(FileFacts& facts) {
 }
 
 }  // namespace
-
-FILETIME FileTimeOf(std::int64_t seconds, std::int64_t nanoseconds) {
-  constexpr std::int64_t kLast = INT64_MAX / kTicksPerSecond - kSecondsFrom1601To1970 - 1;
-  if (seconds < -kSecondsFrom1601To1970) return {};
-  const std::int64_t since = std::min(seconds, kLast) + kSecondsFrom1601To1970;
-  return FromTicks(static_cast<std::uint64_t>(since * kTicksPerSecond + nanoseconds / 100));
-}
 
 struct timespec HostTimeOf(const FILETIME* time) {
   struct timespec host = {0, UTIME_OMIT};

@@ -26,8 +26,6 @@ struct FileFacts {
 // Of an open file; the name, and so whether it is hidden, isn't known.
 [[nodiscard]] bool ReadFacts(int descriptor, FileFacts& facts);
 
-// Counts of 100 nanoseconds since 1601. Host times before that become 0.
-[[nodiscard]] FILETIME FileTimeOf(std::int64_t seconds, std::int64_t nanoseconds);
 // The argument of utimensat: null, 0 and all bits set mean that the time stays.
 [[nodiscard]] struct timespec HostTimeOf(const FILETIME* time);
 

@@ -54,24 +54,6 @@ std::u16string ForeignPath(LPCWSTR path) {
 
 }  // namespace
 
-DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer) {
-  const std::string folder = WorkingFolder();
-  if (folder.empty()) {
-    SetLastErrorFromErrno();
-    return 0;
-  }
-  return StoreText(LibraryPath(folder), buffer, capacity);
-}
-
-BOOL SetCurrentDirectoryW(LPCWSTR path) {
-  std::string host;
-  if (!ToHost(path, host)) return FALSE;
-  if (chdir(host.c_str()) == 0) return TRUE;
-  struct stat facts;
-  if (errno == ENOTDIR && stat(WithoutSeparators(host).c_str(), &facts) == 0) return Fail(ERROR_DIRECTORY);
-  return FailWithErrno(host);
-}
-
 DWORD GetFullPathNameW(LPCWSTR path, DWORD capacity, LPWSTR buffer, LPWSTR* filePart) {
   if (filePart != nullptr) *filePart = nullptr;
   DWORD error = 0;

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "qorgen/platform/codepage.h"
+#include "qorgen/platform/error.h"
 
 namespace qorgen::platform {
 namespace {

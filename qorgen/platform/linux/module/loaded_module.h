@@ -2,8 +2,8 @@
 
 // What stands behind a module handle of LoadLibraryW. Constant data.
 
-#include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/error/error_text_table.h"
+#include "qorgen/platform/module.h"
 
 namespace qorgen::platform {
 

@@ -116,23 +116,6 @@ void GetLocalTime(SYSTEMTIME* system_time) {
   Fill(local, now.nanoseconds, system_time);
 }
 
-void GetSystemTime(SYSTEMTIME* system_time) {
-  const Moment now = Now();
-  const std::time_t seconds = now.seconds;
-  std::tm utc{};
-  gmtime_r(&seconds, &utc);
-  Fill(utc, now.nanoseconds, system_time);
-}
-
-void GetSystemTimeAsFileTime(FILETIME* file_time) {
-  const Moment now = Now();
-  // 11644473600 seconds lie between 1601 and 1970.
-  const std::uint64_t ticks = static_cast<std::uint64_t>(now.seconds + 11644473600) * 10000000u +
-                              static_cast<std::uint64_t>(now.nanoseconds / 100);
-  file_time->dwLowDateTime = static_cast<DWORD>(ticks);
-  file_time->dwHighDateTime = static_cast<DWORD>(ticks >> 32);
-}
-
 __time64_t _time64(__time64_t* time) {
   const __time64_t now = Now().seconds;
   if (time != nullptr) *time = now;

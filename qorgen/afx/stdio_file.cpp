@@ -217,7 +217,7 @@ int CStdioFile::ReadString(CString& rString) {
       break;
   }
   const int room = static_cast<int>(line.Bytes().length + kLinePadding);
-  const std::size_t length = line.Decode(rString.GetBuffer(room), false);
+  const std::size_t length = line.Decode(rString.GetBuffer(room));
   rString.ReleaseBufferSetLength(static_cast<int>(length));
   return 1;
 }

@@ -12,7 +12,7 @@ namespace {
 // A block or a field table above these sizes is given back as soon as a line needs less than an eighth of it, so that
 // one monstrous line doesn't hold its memory for the rest of the file.
 constexpr std::size_t kKeptCharacters = 64 * 1024;
-constexpr std::size_t kKeptFields = 4096;
+constexpr std::size_t kKeptFields = 8192;  // what is set aside for a line of 4096 units
 constexpr std::size_t kFirstCapacity = 512;
 
 constexpr bool IsWasteful(std::size_t capacity, std::size_t needed, std::size_t kept) {
@@ -55,6 +55,10 @@ void FieldList::Clear() noexcept {
 }
 
 void FieldList::EndLine() noexcept {
+  if (count_ != 0 && IsWasteful(room_, count_, kKeptFields)) {
+    fields_ = nullptr;
+    room_ = 0;
+  }
   count_ = 0;
   open_ = 0;
   line_.Empty();
@@ -104,10 +108,6 @@ void FieldList::TerminateAll() {
 }
 
 const wchar_t* FieldList::BeginLine(const CString& line) {
-  if (IsWasteful(room_, count_, kKeptFields)) {
-    fields_ = nullptr;
-    room_ = 0;
-  }
   if (IsWasteful(capacity_, used_, kKeptCharacters)) {
     block_ = nullptr;
     capacity_ = 0;

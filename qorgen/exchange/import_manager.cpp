@@ -68,19 +68,10 @@ int CQorImportManager::OpenText(const wchar_t* path, CQorTypeConverter* converte
 
 READSTATUS CQorImportManager::ReadRow(void* record, unsigned char checkCount) {
   if (!IsOpen() || converter == nullptr) return READSTATUS_ERROR;
+  if (file->ReadCSV(csvManager) == 0) return READSTATUS_EOF;
   const CString& line = csvManager.readString;
-  // The block of the last line is used again, unless it has more owners.
-  const bool shared = readString.GetString() == line.GetString();
-  if (shared) readString.Empty();
-  int result = 0;
-  try {
-    result = file->ReadCSV(csvManager);
-  } catch (...) {
-    if (shared) readString = line;
-    throw;
-  }
-  if (result != 0 || shared) readString = line;
-  if (result == 0) return READSTATUS_EOF;
+  // The file fills the block of the line before the last one, which has no other owner any more.
+  readString = line;
   if (!line.IsEmpty() && line[0] == L'#') return READSTATUS_SKIP;
   if (csvManager.GetCount() == 0) return READSTATUS_SKIP;
   return converter->Convert(csvManager, record, checkCount) != 0 ? READSTATUS_OK : READSTATUS_ERROR;

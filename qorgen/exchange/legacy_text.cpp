@@ -26,7 +26,7 @@ void Decode(const platform::StreamLine& source, CString& line) {
     line.Swap(fresh);
   }
   wchar_t* const text = line.GetBuffer(room);
-  std::size_t length = source.Decode(text, true);
+  std::size_t length = source.Decode(text);
   if (source.Bytes().ended) {
     while (length != 0 && text[length - 1] == L'\r') --length;
   }
@@ -63,7 +63,7 @@ void SetJapaneseLocale() {
 
 LegacyLine ReadLegacyLine(std::FILE* stream, CString& line) {
   platform::StreamLine source;
-  switch (source.Read(stream)) {
+  switch (source.Read(stream, true)) {
     case platform::LineResult::kEnd:
       return LegacyLine::kEnd;
     case platform::LineResult::kFailed:

@@ -43,15 +43,16 @@ inline constexpr std::size_t kLongestLine = INT_MAX - 1 - kLinePadding;
 // One line after another of any stream.
 class StreamLine {
  public:
-  // Reads the next line. One of more than `limit` bytes gives kNoMemory. kFailed sets errno (EBADF for a stream that is
+  // Reads the next line, as text of the ANSI code page if `ansi` and the stream isn't known to be Unicode: so are the
+  // streams of others and those that stay the runtime's. One of more than `limit` bytes gives kNoMemory. kFailed sets errno (EBADF for a stream that is
   // open for writing only) and the stream's error, where it is the runtime's to know.
-  LineResult Read(std::FILE* stream, std::size_t limit = kLongestLine);
+  LineResult Read(std::FILE* stream, bool ansi = false, std::size_t limit = kLongestLine);
 
   // Of the last line, until the stream is used again: without its line end, in the stream's encoding.
   [[nodiscard]] const LineBytes& Bytes() const { return line_; }
-  // Decodes the line, by the ANSI code page where the stream's own text isn't Unicode if `ansi`, into a text with room
-  // for kLinePadding units more than the line has bytes. Gives the number of units.
-  std::size_t Decode(wchar_t* units, bool ansi) const;
+  // Decodes the line into a text with room for kLinePadding units more than the line has bytes. Gives the number of
+  // units.
+  std::size_t Decode(wchar_t* units) const;
 
  private:
   LineBlock block_;

@@ -112,6 +112,21 @@ TEST(CsvFile, DecodesBytes) {
   }
 }
 
+class Wrapped : public CQorCSVFile {
+ public:
+  explicit Wrapped(std::FILE* stream) : CQorCSVFile(stream) { delimiterType = kComma; }
+};
+
+TEST(CsvFile, DecodesWrappedStreamsWhateverTheLocale) {
+  const TempFile temp("\x93\xFA\r\n\x93\r\nb\x93");
+  for (const wchar_t* locale : {L"C", L"japanese"}) {
+    _wsetlocale(LC_ALL, locale);
+    Wrapped file(_wfopen(temp.Path(), L"rt"));
+    EXPECT_EQ(ReadAll(file), (Lines{"日", "・", "b・"})) << Utf8(locale);
+    file.Close();
+  }
+}
+
 TEST(CsvFile, GoesBackToEveryLine) {
   for (const bool utf8 : {false, true}) {
     const std::string word = utf8 ? "日" : "\x93\xFA";

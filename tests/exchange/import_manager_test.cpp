@@ -217,8 +217,16 @@ class MemoryFile : public CQorCSVFile {
 
  protected:
   int ReadString(CString& line) override {
-    line = L"01/04/2024,8,m,yes";
-    return ++lines_ <= 2 ? 1 : 0;
+    line = ++lines_ <= 2 ? L"01/04/2024,8,m,yes" : L"total";
+    return lines_ <= 3 ? 1 : 0;
+  }
+  // Passes over the last line.
+  int ReadCSV(CQorCSVManager& manager) override {
+    int read = 0;
+    do {
+      read = CQorCSVFile::ReadCSV(manager);
+    } while (read != 0 && manager.GetReadString() == L"total");
+    return read;
   }
 
  private:
@@ -251,6 +259,7 @@ TEST(ImportManager, TakesFilesOfAnOverride) {
     EXPECT_EQ(manager.ReadRow(&entry, 1), READSTATUS_OK);
     EXPECT_EQ(entry.amount, 8);
     EXPECT_EQ(manager.ReadRow(&entry, 1), READSTATUS_EOF);
+    EXPECT_TEXT(L"01/04/2024,8,m,yes", manager.GetReadString());
     EXPECT_EQ(manager.alive, 2);
     manager.Close();
     EXPECT_EQ(manager.alive, 0);

@@ -72,6 +72,11 @@ const Row kRows[] = {
     {"line ends", 932, "a\r\nb\nc\rd\r\r\ne", "a\nb\nc\rd\r\ne"},
     {"characters", 932, "\x93\xFA\x96{\xB1\r\n\x83\\", "日本ｱ\nソ"},
     {"lead byte before a line end", 932, "a\x93\r\nb\x93", "a・\nb・"},
+    {"cr as a second half", 932, "a\x93\rb\x93\r\r\n", "a・b・\n"},
+    {"lead byte before the end mark", 932,
+     "a\x93\x1A"
+     "b\n",
+     "a・"},
     {"end mark", 932,
      "ab\x1A"
      "cd\n",
@@ -97,6 +102,7 @@ const Row kRows[] = {
     {"unit with a line feed's byte", kUtf16Text, std::string("\x0A\x30\n\0!\x0A", 6), "《\nਡ"},
     {"utf16 end mark", kUtf16Text, std::string("a\0\x1A\0b\0", 6), "a"},
     {"utf16 odd byte", kUtf16Text, std::string("a\0b\0c", 5), "ab"},
+    {"utf16 odd byte behind a line end", kUtf16Text, std::string("a\0\n\0c", 5), "a\n"},
     {"empty", CP_UTF8, "", ""},
 };
 
@@ -112,6 +118,7 @@ TEST(TextReader, ReadsUnitsWhereverTheBufferAndTheRoomEnd) {
         }
         all.push_back(0);
         EXPECT_EQ(row.text, Utf8(all.data())) << row.name << ", pieces of " << piece << ", room for " << room;
+        EXPECT_EQ(static_cast<long long>(row.bytes.size()), window.Place()) << row.name;
       }
     }
   }
@@ -131,6 +138,7 @@ TEST(TextReader, ReadsLinesWhereverTheBufferEnds) {
         all += Utf8(units.data()) + (line.ended ? "\n" : "");
       }
       EXPECT_EQ(row.text, all) << row.name << ", pieces of " << piece;
+      EXPECT_EQ(static_cast<long long>(row.bytes.size()), window.Place()) << row.name;
     }
   }
 }
@@ -157,8 +165,7 @@ TEST(TextReader, TranslatesBytesWhereverTheBufferAndTheRoomEnd) {
                          piece);
       const StreamText text = TextOf(932);
       std::string all, part(room, '\0');
-      while (const std::size_t count = ReadBytes(window, text, part.data(), room, false))
-        all.append(part, 0, count);
+      while (const std::size_t count = ReadBytes(window, text, part.data(), room)) all.append(part, 0, count);
       EXPECT_EQ(std::string("a\n\r\nb\0c\n\r", 9), all) << piece << ", room for " << room;
     }
   }

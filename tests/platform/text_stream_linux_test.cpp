@@ -2,7 +2,11 @@
 // streams of others.
 
 #include <gtest/gtest.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
 
+#include "qorgen/afx/string.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/text_stream.h"
 
@@ -47,6 +51,68 @@ TEST(StreamOnLinux, StreamsOfOthersAreUtf8WithoutTranslation) {
   EXPECT_EQ(4u, line.Bytes().length);
   EXPECT_EQ(2, platform::GetText(units, 8, stream));
   EXPECT_EQ(0xD842, units[0]);
+  fclose(stream);
+}
+
+// The lines that are left.
+std::vector<std::string> Lines(FILE* stream, bool ansi) {
+  std::vector<std::string> lines;
+  platform::StreamLine line;
+  while (line.Read(stream, ansi) == platform::LineResult::kLine) {
+    std::vector<wchar_t> units(line.Bytes().length + platform::kLinePadding);
+    units[line.Decode(units.data())] = 0;
+    lines.emplace_back(Utf8(units.data()));
+  }
+  return lines;
+}
+
+TEST(StreamOnLinux, BuffersOfTheCallerAndBytesPutBack) {
+  ScratchFolder folder;
+  ASSERT_TRUE(PutFile(folder.Path(L"a"), "日本\r\n𠮷\n"));
+  const int own = -1;
+  for (const int mode : {own, _IONBF, _IOFBF}) {
+    FILE* stream = _wfopen(folder.Path(L"a"), L"rt,ccs=UTF-8");
+    char buffer[7];
+    if (mode != own) setvbuf(stream, mode == _IONBF ? nullptr : buffer, mode, sizeof buffer);
+    wchar_t units[8];
+    EXPECT_EQ(1, platform::GetText(units, 1, stream));
+    EXPECT_EQ(3, ftell(stream));
+    EXPECT_EQ('\n', ungetc('\n', stream));
+    EXPECT_EQ('x', ungetc('x', stream));
+    EXPECT_EQ((std::vector<std::string>{"x", "本", "𠮷"}), Lines(stream, false)) << mode;
+    fclose(stream);
+  }
+}
+
+TEST(StreamOnLinux, AnEndMarkInAPipeWaitsForNobody) {
+  int ends[2];
+  ASSERT_EQ(0, pipe(ends));
+  ASSERT_EQ(6, write(ends[1], "a\nb\x1A\nc", 6));
+  CString path;
+  path.Format(L"/proc/self/fd/%d", ends[0]);
+  FILE* stream = _wfopen(path, L"rt");
+  ASSERT_NE(nullptr, stream);
+  EXPECT_EQ((std::vector<std::string>{"a", "b"}), Lines(stream, true));
+  fclose(stream);
+  close(ends[0]);
+  close(ends[1]);
+}
+
+TEST(StreamOnLinux, AnsiText) {
+  FILE* stream = tmpfile();
+  fputs("\x93\xFA\n\x93", stream);
+  rewind(stream);
+  EXPECT_EQ((std::vector<std::string>{"日", "・"}), Lines(stream, true));
+  fclose(stream);
+  // A lead byte before a NUL stands alone; the NUL, for which there was no room, is the first unit of the line.
+  ScratchFolder folder;
+  ASSERT_TRUE(PutFile(folder.Path(L"a"), std::string("\x93\0b", 3)));
+  stream = _wfopen(folder.Path(L"a"), L"rt");
+  wchar_t units[2 + platform::kLinePadding];
+  EXPECT_EQ(1, platform::GetText(units, 1, stream));
+  platform::StreamLine line;
+  EXPECT_EQ(platform::LineResult::kLine, line.Read(stream));
+  EXPECT_EQ(2u, line.Decode(units));
   fclose(stream);
 }
 

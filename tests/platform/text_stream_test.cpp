@@ -36,7 +36,7 @@ class Stream : public testing::Test {
       platform::StreamLine line;
       if (line.Read(stream) != platform::LineResult::kLine) continue;
       std::vector<wchar_t> units(line.Bytes().length + platform::kLinePadding);
-      const size_t length = line.Decode(units.data(), false);
+      const size_t length = line.Decode(units.data());
       all.insert(all.end(), units.data(), units.data() + length);
       if (line.Bytes().ended) all.push_back(L'\n');
     }

@@ -1,6 +1,7 @@
 #include "qorgen/platform/common/text_reader.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -70,8 +71,9 @@ struct Stretch {
   bool end;   // a Ctrl-Z
 };
 
-Stretch NextStretch(const ByteWindow& window, const StreamText& text) {
-  const std::size_t available = window.Available();
+// Looks at no more than `most` bytes, so that short pieces of a long line cost what they are long.
+Stretch NextStretch(const ByteWindow& window, const StreamText& text, std::size_t most) {
+  const std::size_t available = std::min(window.Available(), most);
   const unsigned char* const feed = Find('\n', window.at, available);
   const std::size_t length = feed != nullptr ? static_cast<std::size_t>(feed - window.at) : available;
   if (text.translate && window.may_hold_control) {
@@ -102,13 +104,20 @@ struct Units {
   void Put(wchar_t unit) { to[length++] = unit; }
 };
 
+// Whether the byte behind a lead byte belongs to it: a line end stays one, and the end of the text, too.
+bool IsSecondHalf(ByteWindow& window, const StreamText& text) {
+  const unsigned char next = window.at[1];
+  if (next == '\n' || (next == kEnd && text.translate)) return false;
+  return next != '\r' || !text.translate || !window.Ensure(3) || window.at[2] != '\n';
+}
+
 // A character that the end of the window cuts, or for whose bytes there might be no room.
 void TakeCharacter(ByteWindow& window, StreamText& text, Units& units) {
   std::size_t count = 1;
   while (count < 4 && CutTail(text.code_page, window.at, count) == count && window.Ensure(count + 1)) {
-    const unsigned char next = window.at[count];
-    // A line end stays one behind a lead byte of a character that isn't whole.
-    if (text.code_page == CP_UTF8 ? (next & 0xC0) != 0x80 : next == '\n' || next == '\r') break;
+    const bool goes_on =
+        text.code_page == CP_UTF8 ? (window.at[count] & 0xC0) == 0x80 : IsSecondHalf(window, text);
+    if (!goes_on) break;
     ++count;
   }
   wchar_t decoded[4];
@@ -125,7 +134,7 @@ void TakeCharacter(ByteWindow& window, StreamText& text, Units& units) {
 // The next run of a window that isn't empty: true at a line end and at the end of the text.
 bool TakeRun(ByteWindow& window, StreamText& text, Units& units) {
   const unsigned char* const at = window.at;
-  Stretch run = NextStretch(window, text);
+  Stretch run = NextStretch(window, text, units.Left() + 1);
   if (run.length > units.Left()) run = {units.Left(), false, false};
   const bool whole = run.feed || run.end;
   // A CR that may belong to a line end is taken by itself, and is no second half of a character.
@@ -204,7 +213,7 @@ LineResult ReadLine(ByteWindow& window, StreamText& text, LineBlock& block, std:
   bool finished = false;
   while (!finished && window.Ensure(feed_size)) {
     any = true;
-    const Stretch stretch = wide ? NextWideStretch(window, text) : NextStretch(window, text);
+    const Stretch stretch = wide ? NextWideStretch(window, text) : NextStretch(window, text, SIZE_MAX);
     line.ended = stretch.feed;
     finished = stretch.feed || stretch.end;
     line.may_hold_control = window.may_hold_control;
@@ -225,9 +234,9 @@ LineResult ReadLine(ByteWindow& window, StreamText& text, LineBlock& block, std:
     if (stretch.end) window.End();
   }
   if (!finished && window.Failed()) return LineResult::kFailed;
+  if (!finished) window.at = window.end;  // the first half of a unit
   if (!stored) return LineResult::kNoMemory;
   if (!any && line.before_count == 0) return LineResult::kEnd;
-  if (!finished) window.at = window.end;  // the first half of a unit
   if (line.bytes == nullptr) {
     if (!Reserve(block, block.length)) return LineResult::kNoMemory;
     line.bytes = block.bytes.get();
@@ -262,11 +271,10 @@ std::size_t ReadUnits(ByteWindow& window, StreamText& text, wchar_t* to, std::si
   return units.length;
 }
 
-std::size_t ReadBytes(ByteWindow& window, const StreamText& text, char* bytes, std::size_t room,
-                      bool one_line) {
+std::size_t ReadBytes(ByteWindow& window, const StreamText& text, char* bytes, std::size_t room) {
   std::size_t length = 0;
   while (length < room && window.Ensure(1)) {
-    Stretch run = NextStretch(window, text);
+    Stretch run = NextStretch(window, text, room - length);
     if (run.length >= room - length) run = {room - length, false, false};
     std::memcpy(bytes + length, window.at, run.length);
     window.at += run.length;
@@ -282,9 +290,7 @@ std::size_t ReadBytes(ByteWindow& window, const StreamText& text, char* bytes, s
     } else if (cr && window.Ensure(1) && *window.at == '\n') {
       ++window.at;
       bytes[length - 1] = '\n';
-      run.feed = true;
     }
-    if (run.feed && one_line) break;
   }
   return length;
 }

@@ -55,9 +55,8 @@ LineResult ReadLine(ByteWindow& window, StreamText& text, LineBlock& block, std:
 // Up to `room` units, and no further than a line end, which comes as LF. Gives their number; 0 at the end.
 std::size_t ReadUnits(ByteWindow& window, StreamText& text, wchar_t* units, std::size_t room);
 
-// Up to `room` bytes with their line ends translated, and no further than a line end if `one_line`.
-std::size_t ReadBytes(ByteWindow& window, const StreamText& text, char* bytes, std::size_t room,
-                      bool one_line);
+// Up to `room` bytes with their line ends translated.
+std::size_t ReadBytes(ByteWindow& window, const StreamText& text, char* bytes, std::size_t room);
 
 // Units of text that ends in a whole character or, as a line may, in the middle of one, which then shows as a character
 // that can't be decoded. Never more units than there are bytes.

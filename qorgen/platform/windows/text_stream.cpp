@@ -84,10 +84,10 @@ class Held final : public ByteWindow {
   }
 };
 
-// A stream that stays the runtime's: a unit at a time as it translates them.
+// A stream that stays the runtime's: a unit or a byte at a time as it translates them.
 class RuntimeWindow final : public ByteWindow {
  public:
-  explicit RuntimeWindow(FILE* stream) : stream_(stream) { at = end = bytes_.data(); }
+  RuntimeWindow(FILE* stream, bool wide) : stream_(stream), wide_(wide) { at = end = bytes_.data(); }
 
   [[nodiscard]] bool Failed() const override { return ferror(stream_) != 0; }
   [[nodiscard]] long long Place() const override { return -1; }
@@ -95,16 +95,17 @@ class RuntimeWindow final : public ByteWindow {
 
  private:
   // No more than the one unit is ever asked for.
-  bool Read(std::size_t) override {
-    const wint_t unit = fgetwc(stream_);
-    if (unit == WEOF) return false;
+  bool Read(std::size_t count) override {
+    const int unit = wide_ ? fgetwc(stream_) : getc(stream_);
+    if (unit == (wide_ ? int{WEOF} : EOF)) return false;
     bytes_ = {static_cast<unsigned char>(unit & 0xFF), static_cast<unsigned char>(unit >> 8)};
     at = bytes_.data();
-    end = at + bytes_.size();
+    end = at + count;
     return true;
   }
 
   FILE* stream_;
+  bool wide_;
   std::array<unsigned char, 2> bytes_{};
 };
 
@@ -185,15 +186,16 @@ bool Settle(Held& held) {
   return fseeko64(held.stream, place, SEEK_SET) == 0;
 }
 
-// Calls `read` with the window and the text of a stream; the result for one that can't be read is `failed`.
+// Calls `read` with the window and the text of a stream; the result for one that can't be read is `failed`. One that
+// stays the runtime's is read in bytes if `ansi`.
 template <typename Result, typename Read>
-Result WithWindow(FILE* stream, Result failed, Read read) {
+Result WithWindow(FILE* stream, bool ansi, Result failed, Read read) {
   Held* const held = Find(stream);
   if (held == nullptr) {
     StreamText text;
-    text.code_page = kUtf16Text;
+    text.code_page = ansi ? GetACP() : kUtf16Text;
     text.translate = false;
-    RuntimeWindow window(stream);
+    RuntimeWindow window(stream, !ansi);
     return read(static_cast<ByteWindow&>(window), text);
   }
   if (!BeginReading(*held)) return failed;
@@ -234,20 +236,20 @@ void SettleStream(FILE* stream) {
   if (Held* const held = Find(stream)) Settle(*held);
 }
 
-LineResult StreamLine::Read(FILE* stream, std::size_t limit) {
-  return WithWindow(stream, LineResult::kFailed, [&](ByteWindow& window, StreamText& text) {
-    code_page_ = text.code_page;
+LineResult StreamLine::Read(FILE* stream, bool ansi, std::size_t limit) {
+  return WithWindow(stream, ansi, LineResult::kFailed, [&](ByteWindow& window, StreamText& text) {
+    const bool unicode = text.code_page == kUtf16Text || text.code_page == CP_UTF8;
+    code_page_ = ansi && !unicode ? GetACP() : text.code_page;
     return ReadLine(window, text, block_, limit, line_);
   });
 }
 
-std::size_t StreamLine::Decode(wchar_t* units, bool ansi) const {
-  const bool unicode = code_page_ == kUtf16Text || code_page_ == CP_UTF8;
-  return DecodeLine(ansi && !unicode ? GetACP() : code_page_, line_, units);
+std::size_t StreamLine::Decode(wchar_t* units) const {
+  return DecodeLine(code_page_, line_, units);
 }
 
 std::ptrdiff_t GetText(wchar_t* units, std::size_t room, FILE* stream) {
-  return WithWindow(stream, std::ptrdiff_t{-1}, [&](ByteWindow& window, StreamText& text) {
+  return WithWindow(stream, false, std::ptrdiff_t{-1}, [&](ByteWindow& window, StreamText& text) {
     const std::size_t length = ReadUnits(window, text, units, room);
     return length == 0 && window.Failed() ? std::ptrdiff_t{-1} : static_cast<std::ptrdiff_t>(length);
   });
@@ -257,7 +259,7 @@ std::ptrdiff_t GetBytes(void* buffer, std::size_t count, FILE* stream) {
   Held* const held = Find(stream);
   if (held != nullptr && held->kind == HeldText::kAnsi) {
     if (!BeginReading(*held)) return -1;
-    const std::size_t length = ReadBytes(*held, held->text, static_cast<char*>(buffer), count, false);
+    const std::size_t length = ReadBytes(*held, held->text, static_cast<char*>(buffer), count);
     return length == 0 && held->failed ? -1 : static_cast<std::ptrdiff_t>(length);
   }
   if (held != nullptr) Settle(*held);

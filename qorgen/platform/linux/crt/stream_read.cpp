@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 
 #include "qorgen/platform/codepage.h"
 #include "qorgen/platform/linux/codepage/codec.h"
@@ -36,7 +37,8 @@ class StreamWindow final : public ByteWindow {
     at = end;
     Store();
     if (state_.seekable) fseeko64(stream_, 0, SEEK_END);
-    while (getc_unlocked(stream_) != EOF) stream_->_IO_read_ptr = stream_->_IO_read_end;
+    // Nobody waits for what a pipe may bring behind the end of the text.
+    stream_->_flags |= _IO_EOF_SEEN;
     Load();
   }
 
@@ -82,7 +84,8 @@ class StreamWindow final : public ByteWindow {
   bool failed_ = false;
 };
 
-// A stream of others: a byte at a time, and what was looked at without being taken goes back.
+// A stream of others, or with another buffer than ours in use: a byte at a time, and what was looked at without being
+// taken goes back.
 class ForeignWindow final : public ByteWindow {
  public:
   explicit ForeignWindow(FILE* stream) : stream_(stream) { at = end = bytes_.data(); }
@@ -97,7 +100,12 @@ class ForeignWindow final : public ByteWindow {
     const long long place = ftello64(stream_);
     return place < 0 ? -1 : place - static_cast<long long>(Available());
   }
-  void End() override {}
+  void End() override {
+    at = end;
+    fseeko64(stream_, 0, SEEK_END);
+    stream_->_IO_read_ptr = stream_->_IO_read_end;
+    stream_->_flags |= _IO_EOF_SEEN;
+  }
 
  private:
   bool Read(std::size_t count) override {
@@ -117,18 +125,26 @@ class ForeignWindow final : public ByteWindow {
   std::array<unsigned char, 4> bytes_{};
 };
 
-// Calls `read` with the window and the text of a stream.
+// Whether the bytes read ahead lie in the buffer that the stream was given: its owner may have set another one, or put
+// bytes back that didn't stand there.
+bool UsesOwnBuffer(const FILE* stream, const StreamState& state) {
+  return stream->_IO_buf_base == state.buffer.get() + kBufferFront &&
+         stream->_IO_read_end >= state.buffer.get() && stream->_IO_read_end <= stream->_IO_buf_end;
+}
+
+// Calls `read` with the window and the text of a stream; one of others has text of `code_page`.
 template <typename Read>
-auto WithWindow(FILE* stream, Read read) {
-  if (StreamState* const state = FindStream(stream)) {
+auto WithWindow(FILE* stream, unsigned code_page, Read read) {
+  StreamState* const state = FindStream(stream);
+  if (state != nullptr && UsesOwnBuffer(stream, *state)) {
     StreamWindow window(stream, *state);
     return read(static_cast<ByteWindow&>(window), state->text);
   }
-  StreamText text;
-  text.code_page = CP_UTF8;
-  text.translate = false;
+  StreamText foreign;
+  foreign.code_page = code_page;
+  foreign.translate = false;
   ForeignWindow window(stream);
-  return read(static_cast<ByteWindow&>(window), text);
+  return read(static_cast<ByteWindow&>(window), state != nullptr ? state->text : foreign);
 }
 
 }  // namespace
@@ -137,22 +153,23 @@ void HoldStream(FILE*, HeldText) {}
 void ReleaseStream(FILE*) {}
 void SettleStream(FILE*) {}
 
-LineResult StreamLine::Read(FILE* stream, std::size_t limit) {
-  return WithWindow(stream, [&](ByteWindow& window, StreamText& text) {
+LineResult StreamLine::Read(FILE* stream, bool ansi, std::size_t limit) {
+  return WithWindow(stream, ansi ? kAnsiText : CP_UTF8, [&](ByteWindow& window, StreamText& text) {
     code_page_ = text.code_page;
     return ReadLine(window, text, block_, limit, line_);
   });
 }
 
-// The ANSI code page is the one of every text that isn't Unicode.
-std::size_t StreamLine::Decode(wchar_t* units, bool) const {
-  static_assert(kLinePadding >= kDecodePadding);
+std::size_t StreamLine::Decode(wchar_t* units) const {
+  static_assert(kLinePadding >= kDecodePadding + std::size(LineBytes().before));
   if (code_page_ != kAnsiText) return DecodeLine(code_page_, line_, units);
-  return DecodePadded932(line_.bytes, line_.length, units).written;
+  const auto before = static_cast<std::size_t>(line_.before_count);
+  std::copy_n(line_.before, before, units);
+  return before + DecodePadded932(line_.bytes, line_.length, units + before).written;
 }
 
 std::ptrdiff_t GetText(wchar_t* units, std::size_t room, FILE* stream) {
-  return WithWindow(stream, [&](ByteWindow& window, StreamText& text) -> std::ptrdiff_t {
+  return WithWindow(stream, CP_UTF8, [&](ByteWindow& window, StreamText& text) -> std::ptrdiff_t {
     const std::size_t length = ReadUnits(window, text, units, room);
     return length == 0 && window.Failed() ? -1 : static_cast<std::ptrdiff_t>(length);
   });
@@ -164,9 +181,10 @@ std::ptrdiff_t GetBytes(void* buffer, std::size_t count, FILE* stream) {
     const std::size_t read = fread(buffer, 1, count, stream);
     return read == 0 && ferror(stream) != 0 ? -1 : static_cast<std::ptrdiff_t>(read);
   }
-  StreamWindow window(stream, *state);
-  const std::size_t length = ReadBytes(window, state->text, static_cast<char*>(buffer), count, false);
-  return length == 0 && window.Failed() ? -1 : static_cast<std::ptrdiff_t>(length);
+  return WithWindow(stream, kAnsiText, [&](ByteWindow& window, StreamText& text) -> std::ptrdiff_t {
+    const std::size_t length = ReadBytes(window, text, static_cast<char*>(buffer), count);
+    return length == 0 && window.Failed() ? -1 : static_cast<std::ptrdiff_t>(length);
+  });
 }
 
 long long TellStream(FILE* stream) {

@@ -3,7 +3,9 @@
 #include "qorgen/platform/codepage.h"
 
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "qorgen/platform/error.h"
@@ -106,15 +108,17 @@ TEST(CodePage932, CharactersWithoutACode) {
 }
 
 TEST(CodePage932, BytesThatAreNoCharacter) {
-  EXPECT_EQ((Units{0x30FB, L'z'}), Decode(kJapanese, "\x81\x20z"));
-  EXPECT_EQ((Units{0x30FB, L'z'}), Decode(kJapanese, "\x85\x40z"));
-  EXPECT_EQ((Units{L'a', 0x30FB}), Decode(kJapanese, "a\x81"));
-  EXPECT_EQ((Units{L'a', 0x30FB, 0}), Decode(kJapanese, std::string("a\x81\0", 3)));
+  const std::pair<std::string, Units> rows[] = {
+      {"\x81\x20z", {0x30FB, L'z'}},
+      {"\x85\x40z", {0x30FB, L'z'}},
+      {"a\x81", {L'a', 0x30FB}},
+      {std::string("a\x81\0", 3), {L'a', 0x30FB, 0}},
+  };
   wchar_t text[8];
-  EXPECT_EQ(3, MultiByteToWideChar(kJapanese, 0, "a\x81", -1, nullptr, 0));
-  for (const char* bytes : {"\x81\x20", "\x85\x40", "\x81"}) {
-    EXPECT_EQ(0, MultiByteToWideChar(kJapanese, MB_ERR_INVALID_CHARS, bytes, -1, text, 8));
-    EXPECT_EQ(kNoTranslation, GetLastError());
+  for (const auto& [bytes, units] : rows) {
+    EXPECT_EQ(units, Decode(kJapanese, bytes)) << bytes;
+    EXPECT_EQ(0, MultiByteToWideChar(kJapanese, MB_ERR_INVALID_CHARS, bytes.c_str(), -1, text, 8)) << bytes;
+    EXPECT_EQ(kNoTranslation, GetLastError()) << bytes;
   }
   EXPECT_EQ(2, MultiByteToWideChar(kJapanese, MB_ERR_INVALID_CHARS, "\x81\x45", -1, text, 8));
 }
@@ -122,22 +126,20 @@ TEST(CodePage932, BytesThatAreNoCharacter) {
 // Runs of one-byte characters and pairs at every offset of the decoder's blocks, against one character at a
 // time.
 TEST(CodePage932, MixedRunsDecodeAsTheirCharactersDo) {
-  const std::string characters[] = {"a", "\xB1", "\x93\xFA", "\x83\x5C", "\x80", "\xFD", "\x81\x20"};
-  unsigned random = 1;
+  const std::pair<std::string, wchar_t> characters[] = {{"a", L'a'},          {"\xB1", 0xFF71},
+                                                        {"\x93\xFA", 0x65E5}, {"\x83\x5C", 0x30BD},
+                                                        {"\x80", 0x80},       {"\xFD", 0xF8F1}};
+  std::mt19937 random(1);
   for (int round = 0; round < 400; ++round) {
     std::string bytes;
     Units expected;
-    const int runs = round % 9;
-    for (int run = 0; run < runs; ++run) {
-      random = random * 1664525u + 1013904223u;
-      const std::string& character = characters[(random >> 16) % std::size(characters)];
-      for (unsigned i = 0; i <= (random >> 24) % 20; ++i) {
+    for (int run = 0; run <= round % 8; ++run) {
+      const auto& [character, unit] = characters[random() % std::size(characters)];
+      for (unsigned times = random() % 20 + 1; times != 0; --times) {
         bytes += character;
-        const Units one = Decode(kJapanese, character);
-        expected.insert(expected.end(), one.begin(), one.end());
+        expected.push_back(unit);
       }
     }
-    if (bytes.empty()) continue;
     ASSERT_EQ(expected, Decode(kJapanese, bytes)) << round;
     Units exact(expected.size());
     ASSERT_EQ(static_cast<int>(exact.size()),
@@ -221,10 +223,7 @@ TEST(CodePage, ArgumentsAndSmallBuffers) {
             error(WideCharToMultiByte(932, 0, L"abc日", 4, bytes, 4, nullptr, nullptr)));
   EXPECT_EQ(ERROR_INSUFFICIENT_BUFFER,
             error(WideCharToMultiByte(CP_UTF8, 0, L"ab日", 3, bytes, 4, nullptr, nullptr)));
-  EXPECT_EQ(4, MultiByteToWideChar(932, 0,
-                                   "\x93\xFA"
-                                   "abc",
-                                   5, text, 4));
+  EXPECT_EQ(4, MultiByteToWideChar(932, 0, "abc\x93\xFA", 5, text, 4));
 }
 
 }  // namespace

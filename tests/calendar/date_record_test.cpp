@@ -18,14 +18,11 @@ int Fields(const QORDATE& date) {
 
 TEST(DateRecord, IntegerFormAndBack) {
   EXPECT_EQ(QORDATE(8, 9, 1868).ToLongDate(), 0x074C0908);
-  EXPECT_EQ(static_cast<int>(QORDATE(8, 9, 1868)), 0x074C0908);
-  EXPECT_EQ(Fields(QORDATE(0x074C0908)), 18680908);
-  EXPECT_EQ(QORDATE().ToLongDate(), 0);
   EXPECT_EQ(DateToLong(QORDATE(31, 12, 2087)), 0x08270C1F);
   // Month and day are sign-extended over what stands left of them.
   EXPECT_EQ(QORDATE(-1, 1, 2019).ToLongDate(), -1);
   EXPECT_EQ(QORDATE(1, -1, 2019).ToLongDate(), static_cast<int>(0xFFFFFF01u));
-  for (int form : {INT_MIN, INT_MAX, -1, 0x7F7F7F7F, 0x00018080}) {
+  for (int form : {INT_MIN, INT_MAX, -1, 0x00018080}) {
     const QORDATE date(form);
     EXPECT_EQ(date.day, static_cast<char>(form)) << form;
     EXPECT_EQ(date.month, static_cast<char>(form >> 8)) << form;
@@ -39,38 +36,25 @@ TEST(DateRecord, EmptyIsNotInvalid) {
   EXPECT_EQ(empty.GetWeek(), -1);
   EXPECT_EQ(empty.ToDATE(), 0.0);
   EXPECT_EQ(empty.ToOleDateTime().GetStatus(), COleDateTime::null);
-
-  COleDateTime invalid;
-  invalid.SetStatus(COleDateTime::invalid);
-  const QORDATE unreadable(invalid);
-  EXPECT_EQ(Fields(unreadable), -10101);
-  EXPECT_EQ(unreadable.IsEmpty(), 0);
-
-  COleDateTime null;
-  null.SetStatus(COleDateTime::null);
-  QORDATE emptied(1, 2, 2003);
-  emptied = null;
-  EXPECT_EQ(emptied.IsEmpty(), 1);
+  COleDateTime value;
+  value.SetStatus(COleDateTime::invalid);
+  QORDATE date(value);
+  EXPECT_EQ(Fields(date), -10101);
+  EXPECT_EQ(date.IsEmpty(), 0);
+  value.SetStatus(COleDateTime::null);
+  date = value;
+  EXPECT_EQ(date.IsEmpty(), 1);
+  EXPECT_EQ(QORDATE(31, 2, 2024).ToOleDateTime().GetStatus(), COleDateTime::invalid);
+  EXPECT_EQ(QORDATE(31, 2, 2024).ToDATE(), 0.0);
 }
 
 TEST(DateRecord, FromDate) {
   using Row = std::tuple<double, int>;
   for (const auto& [date, fields] :
-       Rows(Row(0.0, 18991230), Row(1.0, 18991231), Row(-1.0, 18991229), Row(-1.25, 18991229),
-            Row(0.75, 18991230), Row(43529.5, 20190305), Row(43529.999999, 20190306), Row(-657434.0, 1000101),
-            Row(2958465.0, 99991231), Row(2958466.0, -10101), Row(-657435.0, -10101), Row(1e300, -10101),
-            Row(-1e300, -10101), Row(std::numeric_limits<double>::infinity(), -10101),
-            Row(std::nan(""), -10101)))
+       Rows(Row(0.0, 18991230), Row(-1.25, 18991229), Row(43529.5, 20190305), Row(43529.999999, 20190306),
+            Row(-657434.0, 1000101), Row(2958465.0, 99991231), Row(2958466.0, -10101), Row(-657435.0, -10101),
+            Row(1e300, -10101), Row(std::nan(""), -10101)))
     EXPECT_EQ(Fields(QORDATE(date)), fields) << date;
-}
-
-TEST(DateRecord, ImpossibleDatesHaveNoDate) {
-  for (const QORDATE& date :
-       {QORDATE(31, 2, 2024), QORDATE(1, 13, 2024), QORDATE(0, 1, 2024), QORDATE(1, 1, 99),
-        QORDATE(1, 1, 10000), QORDATE(-1, -1, -1), QORDATE(127, 127, 32767)}) {
-    EXPECT_EQ(date.ToOleDateTime().GetStatus(), COleDateTime::invalid) << date.ToLongDate();
-    EXPECT_EQ(date.ToDATE(), 0.0) << date.ToLongDate();
-  }
 }
 
 // A day counter that knows only month lengths, against every conversion and step.
@@ -98,13 +82,9 @@ TEST(DateRecord, EveryDayOfTheCalendar) {
     }
   }
   EXPECT_EQ(Fields(date), 20880101);
-  EXPECT_EQ(QORDATE(31, 12, 1899).GetWeek(), 0);
-  EXPECT_EQ(QORDATE(30, 12, 1899).GetWeek(), 6);
 }
 
 TEST(DateRecord, MonthLengthsAreUnchecked) {
-  EXPECT_EQ(QORDATE::GetDays(2000, 2), 29);
-  EXPECT_EQ(QORDATE::GetDays(1900, 2), 28);
   for (int month : {-128, -1, 0, 13, 127})
     EXPECT_EQ(QORDATE::GetDays(2001, static_cast<char>(month)), 31) << month;
   EXPECT_EQ(QORDATE::IsLeapYear(-4), 1);
@@ -114,17 +94,11 @@ TEST(DateRecord, MonthLengthsAreUnchecked) {
 TEST(DateRecord, Steps) {
   using Row = std::tuple<void (QORDATE::*)(), QORDATE, int>;
   for (const auto& [step, from, to] :
-       Rows(Row(&QORDATE::IncDay, QORDATE(28, 2, 2024), 20240229),
-            Row(&QORDATE::IncDay, QORDATE(29, 2, 2024), 20240301),
-            Row(&QORDATE::IncDay, QORDATE(31, 12, 2023), 20240101),
-            Row(&QORDATE::IncDay, QORDATE(127, 127, 2023), 20240101),
+       Rows(Row(&QORDATE::IncDay, QORDATE(127, 127, 2023), 20240101),
             Row(&QORDATE::IncDay, QORDATE(31, 12, 32767), -32768 * 10000 + 101),
-            Row(&QORDATE::DecDay, QORDATE(1, 3, 2023), 20230228),
-            Row(&QORDATE::DecDay, QORDATE(1, 1, 2024), 20231231),
             Row(&QORDATE::DecDay, QORDATE(-128, -128, 2024), 20231231),
             Row(&QORDATE::DecDay, QORDATE(1, 1, -32768), 327671231),
             Row(&QORDATE::IncMonth, QORDATE(31, 1, 2024), 20240231),
-            Row(&QORDATE::IncMonth, QORDATE(31, 12, 2024), 20250131),
             Row(&QORDATE::IncMonth, QORDATE(99, 12, 2024), 20250131),
             Row(&QORDATE::IncMonth, QORDATE(5, 127, 2024), 20250105),
             Row(&QORDATE::DecMonth, QORDATE(31, 3, 2024), 20240231),
@@ -146,7 +120,7 @@ TEST(DateRecord, Comparison) {
   EXPECT_EQ(CompareDate(QORDATE(1, 1, 2000), QORDATE(1, 2, 2000)), -256);
   const QORDATE ordered[] = {QORDATE(1, 1, -32768), QORDATE(-1, -1, -1), QORDATE(),
                              QORDATE(31, 12, 1899), QORDATE(1, 1, 1900), QORDATE(127, 127, 32767)};
-  for (int a = 0; a < 6; ++a) {
+  for (int a = 0; a < 6; ++a)
     for (int b = 0; b < 6; ++b) {
       EXPECT_EQ(ordered[a].Compare(ordered[b]), (a > b) - (a < b)) << a << " " << b;
       EXPECT_EQ(ordered[a] == ordered[b], a == b ? 1 : 0);
@@ -156,7 +130,6 @@ TEST(DateRecord, Comparison) {
       EXPECT_EQ(ordered[a] > ordered[b], a > b ? 1 : 0);
       EXPECT_EQ(ordered[a] >= ordered[b], a >= b ? 1 : 0);
     }
-  }
 }
 
 QORDATETIME Moment(int date, int hour, int minute, int second) {
@@ -167,22 +140,18 @@ QORDATETIME Moment(int date, int hour, int minute, int second) {
 }
 
 TEST(DateTimeRecord, FieldsAndConversion) {
-  const QORDATETIME time(10, 20, 30);
-  EXPECT_EQ(time.year + time.month + time.day, 0);
-  EXPECT_EQ(time.IsEmpty(), 0);
-  EXPECT_EQ(time.ToOleDateTime().GetStatus(), COleDateTime::invalid);
+  EXPECT_EQ(QORDATETIME(10, 20, 30).IsEmpty(), 0);
+  EXPECT_EQ(QORDATETIME(10, 20, 30).ToOleDateTime().GetStatus(), COleDateTime::invalid);
   EXPECT_EQ(QORDATETIME().ToOleDateTime().GetStatus(), COleDateTime::null);
-
   QORDATETIME read;
   read = 43529.43090277778;  // 5 March 2019, 10:20:30
   EXPECT_EQ(read, Moment(0x07E30305, 10, 20, 30));
-  EXPECT_EQ(read.second, 30);
   EXPECT_NEAR(read.ToOleDateTime().m_dt, 43529.43090277778, 1e-9);
   read.Set(0x07E30305);
-  EXPECT_EQ(read.hour + read.minute + read.second, 0);
+  EXPECT_EQ(read, Moment(0x07E30305, 0, 0, 0));
   for (double bad : {1e300, -1e300, std::nan("")}) {
     read.Set(bad);
-    EXPECT_EQ(read.day + read.month + read.year + read.hour + read.minute + read.second, -6) << bad;
+    EXPECT_EQ(read, Moment(QORDATE(-1, -1, -1).ToLongDate(), -1, -1, -1)) << bad;
   }
   COleDateTime null;
   null.SetStatus(COleDateTime::null);
@@ -202,11 +171,8 @@ TEST(DateTimeRecord, CompareAndMinutes) {
   for (const auto& [row_a, row_b, compare, minutes] :
        Rows(Row(Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 0), 0, 0),
             Row(Moment(kDay, 10, 0, 1), Moment(kDay, 10, 0, 0), 1, 0),
-            Row(Moment(kDay, 10, 0, 0), Moment(kDay, 10, 0, 59), -1, 0),
-            Row(Moment(kDay, 10, 1, 0), Moment(kDay, 10, 0, 0), 1, 1),
             Row(Moment(kDay, 9, 59, 0), Moment(kDay, 11, 0, 30), -1, -61),
             Row(Moment(kDay + 1, 0, 0, 0), Moment(kDay, 23, 59, 59), 1, 0),
-            Row(Moment(kDay + 1, 0, 0, 0), Moment(kDay, 0, 0, 0), 1, 1440),
             Row(Moment(0x074C0908, 18, 0, 0), Moment(0x074C0908, 6, 0, 0), 1, 720),
             Row(QORDATETIME(10, 0, 0), QORDATETIME(11, 0, 0), 0, 0))) {
     EXPECT_EQ(row_a.Compare(row_b), compare);
@@ -216,12 +182,6 @@ TEST(DateTimeRecord, CompareAndMinutes) {
     EXPECT_EQ(row_a > row_b, compare > 0);
     EXPECT_EQ(row_a <= row_b, compare <= 0);
   }
-  // Less than a second apart.
-  QORDATETIME a;
-  QORDATETIME b;
-  a.Set(43529.5);
-  b.Set(43529.5 + 0.4 / 86400);
-  EXPECT_EQ(a.Compare(b), 0);
 }
 
 }  // namespace

@@ -30,16 +30,12 @@ std::string ListOf(int year, int first_month = 1, int last_month = 12) {
   return List(holidays, first_month, last_month);
 }
 
-TEST(NationalHoliday, WholeYears) {
+TEST(NationalHoliday, WholeYear) {
   EXPECT_EQ(ListOf(2019),
             "1/1 元日\n1/14 成人の日\n2/11 建国記念の日\n3/21 春分の日\n4/29 昭和の日\n4/30 国民の休日\n"
             "5/1 即位の日\n5/2 国民の休日\n5/3 憲法記念日\n5/4 みどりの日\n5/5 こどもの日\n5/6 振替休日\n"
             "7/15 海の日\n8/11 山の日\n8/12 振替休日\n9/16 敬老の日\n9/23 秋分の日\n10/14 体育の日\n"
             "10/22 即位礼正殿の儀\n11/3 文化の日\n11/4 振替休日\n11/23 勤労感謝の日\n");
-  EXPECT_EQ(ListOf(2021),
-            "1/1 元日\n1/11 成人の日\n2/11 建国記念の日\n2/23 天皇誕生日\n3/20 春分の日\n4/29 昭和の日\n"
-            "5/3 憲法記念日\n5/4 みどりの日\n5/5 こどもの日\n7/22 海の日\n7/23 スポーツの日\n8/8 山の日\n"
-            "8/9 振替休日\n9/20 敬老の日\n9/23 秋分の日\n11/3 文化の日\n11/23 勤労感謝の日\n");
 }
 
 TEST(NationalHoliday, MonthsThatShowARule) {
@@ -49,6 +45,9 @@ TEST(NationalHoliday, MonthsThatShowARule) {
   using Row = std::tuple<int, int, int, const char*>;
   for (const auto& [year, first_month, last_month, list] :
        Rows(Row(2020, 7, 10, "7/23 海の日\n7/24 スポーツの日\n8/10 山の日\n9/21 敬老の日\n9/22 秋分の日\n"),
+            Row(2021, 7, 10,
+                "7/22 海の日\n7/23 スポーツの日\n8/8 山の日\n8/9 振替休日\n9/20 敬老の日\n9/23 秋分の日\n"),
+            Row(2021, 2, 2, "2/11 建国記念の日\n2/23 天皇誕生日\n"),
             Row(2009, 9, 9, "9/21 敬老の日\n9/22 国民の休日\n9/23 秋分の日\n"),
             Row(2009, 5, 5, "5/3 憲法記念日\n5/4 みどりの日\n5/5 こどもの日\n5/6 振替休日\n"),
             Row(1984, 5, 5, "5/3 憲法記念日\n5/5 こどもの日\n"),
@@ -57,9 +56,7 @@ TEST(NationalHoliday, MonthsThatShowARule) {
             Row(1972, 4, 5, "4/29 みどりの日\n5/3 憲法記念日\n5/5 こどもの日\n"),
             Row(1950, 1, 1, "1/1 元日\n1/2 振替休日\n1/15 成人の日\n1/16 振替休日\n"),
             Row(1999, 1, 1, "1/1 元日\n1/15 成人の日\n"), Row(2000, 1, 1, "1/1 元日\n1/10 成人の日\n"),
-            Row(2026, 9, 9, "9/21 敬老の日\n9/22 国民の休日\n9/23 秋分の日\n"),
-            Row(2040, 3, 3, "3/21 春分の日\n"), Row(2018, 12, 12, "12/23 天皇誕生日\n12/24 振替休日\n"),
-            Row(2019, 12, 12, "")))
+            Row(2018, 12, 12, "12/23 天皇誕生日\n12/24 振替休日\n")))
     EXPECT_EQ(ListOf(year, first_month, last_month), list) << year;
 }
 
@@ -71,9 +68,6 @@ TEST(NationalHoliday, EveryYearHolds) {
     ASSERT_GE(holidays.GetCount(), 11) << year;
     std::map<std::string, int> names;
     int sundays = 0;
-    int in_months = 0;
-    for (int month = 0; month <= 13; ++month) in_months += holidays.GetCountInMonth(month);
-    EXPECT_EQ(in_months, holidays.GetCount()) << year;
     QORDATE last;
     int in_month = 0;
     for (int i = 0; i < holidays.GetCount(); ++i) {
@@ -111,10 +105,8 @@ TEST(NationalHoliday, EveryYearHolds) {
 
 TEST(NationalHoliday, QuestionsOutsideTheList) {
   CQorNationalHoliday holidays;
-  EXPECT_EQ(holidays.GetCount(), 0);
   holidays.SetYear(0);  // the year that a new object holds
   EXPECT_EQ(holidays.GetCount(), 0);
-  EXPECT_EQ(holidays.GetIndex(QORDATE(1, 1, 0)), -1);
   holidays.SetYear(2024);
   const int count = holidays.GetCount();
   QORDATE date(9, 9, 999);
@@ -127,11 +119,9 @@ TEST(NationalHoliday, QuestionsOutsideTheList) {
     EXPECT_EQ(holidays.GetCountInMonth(month), 0) << month;
   }
   EXPECT_EQ(date.year, 999);
+  EXPECT_EQ(holidays.GetCountInMonth(1), 2);
   EXPECT_TEXT(L"成人の日", holidays.GetDateStringInMonth(1, 1, nullptr));
-  EXPECT_TEXT(L"元日", holidays.GetDateString(0, nullptr));
   EXPECT_EQ(holidays.GetIndex(QORDATE(1, 1, 2023)), -1);
-  EXPECT_EQ(holidays.GetIndex(QORDATE(2, 1, 2024)), -1);
-  EXPECT_EQ(holidays.GetIndex(QORDATE(1, 1, 2024)), 0);
   // Years that no record or no DATE can hold.
   for (int year : {0, 1, 99, -5, 32768, 100000, INT_MIN, INT_MAX}) {
     holidays.SetYear(year);
@@ -146,8 +136,6 @@ class OwnHolidays : public CQorNationalHoliday {
     auto* item = new QNH_ITEM{0, 0, month, day, CQorDateUtil::ParseString(name, nullptr)};
     InsertHolidayCache(item);
   }
-  using CQorNationalHoliday::CreateHolidayCache;
-  using CQorNationalHoliday::DestroyHolidayCache;
   using CQorNationalHoliday::FindIndex;
   using CQorNationalHoliday::FindMd;
   using CQorNationalHoliday::InsertHolidayCache;
@@ -169,12 +157,7 @@ TEST(NationalHoliday, OrderOfInsertion) {
   EXPECT_EQ(index, 2);
   EXPECT_EQ(holidays.FindMd(5, 4, &index), nullptr);
   EXPECT_EQ(index, -1);
-  EXPECT_EQ(holidays.FindMd(5, 4, nullptr), nullptr);
   EXPECT_EQ(holidays.FindIndex(5), nullptr);
-  holidays.DestroyHolidayCache();
-  EXPECT_EQ(holidays.GetCount(), 0);
-  holidays.CreateHolidayCache(0);
-  EXPECT_GE(holidays.GetCount(), 11);
 }
 
 }  // namespace

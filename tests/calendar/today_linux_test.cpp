@@ -13,24 +13,19 @@ namespace {
 using qorgen::platform::TestClock;
 
 TEST(Today, FollowsTheClockAtOnce) {
-  const QORDATE expected[] = {QORDATE(31, 12, 2023), QORDATE(1, 1, 2024), QORDATE(29, 2, 2024),
-                              QORDATE(1, 1, 1980)};
-  const int seconds[] = {59, 0, 0, 30};
-  const int hours[] = {23, 0, 12, 5};
-  for (int round = 0; round < 2; ++round) {
-    for (int i = 0; i < 4; ++i) {
-      const TestClock clock(expected[i].year, expected[i].month, expected[i].day, hours[i], i == 0 ? 59 : 0,
-                            seconds[i]);
-      QORDATE today;
-      today.Today();
-      EXPECT_EQ(today.ToLongDate(), expected[i].ToLongDate()) << i;
-      EXPECT_EQ(CQorDateUtil::GetToday().ToLongDate(), expected[i].ToLongDate()) << i;
-      CQorDate date;
-      EXPECT_EQ(date.ToQORDATE().ToLongDate(), expected[i].ToLongDate()) << i;
-      date = QORDATE(1, 1, 2000);
-      date.SetToday();
-      EXPECT_EQ(date.ToQORDATE().ToLongDate(), expected[i].ToLongDate()) << i;
-    }
+  const std::tuple<QORDATE, int, int, int> rows[] = {
+      {QORDATE(31, 12, 2023), 23, 59, 59}, {QORDATE(1, 1, 2024), 0, 0, 0}, {QORDATE(29, 2, 2024), 12, 0, 0}};
+  for (const auto& [expected, hour, minute, second] : rows) {
+    const TestClock clock(expected.year, expected.month, expected.day, hour, minute, second);
+    QORDATE today;
+    today.Today();
+    EXPECT_EQ(today.ToLongDate(), expected.ToLongDate());
+    EXPECT_EQ(CQorDateUtil::GetToday().ToLongDate(), expected.ToLongDate());
+    CQorDate date;
+    EXPECT_EQ(date.ToQORDATE().ToLongDate(), expected.ToLongDate());
+    date = QORDATE(1, 1, 2000);
+    date.SetToday();
+    EXPECT_EQ(date.ToQORDATE().ToLongDate(), expected.ToLongDate());
   }
 }
 

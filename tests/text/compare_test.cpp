@@ -124,14 +124,12 @@ TEST(Contains, AgreesWithThePlainSearch) {
   }
 }
 
+// Where a search that steps back would take hours.
 TEST(Contains, LongRepetitiveTexts) {
   const Text16 text(200000, u'a');
-  Text16 pattern(50000, u'a');
-  EXPECT_EQ(1, CQorStringUtil::StrCompare(WideCopy(text), WideCopy(pattern), STRCOMPARE_CONTAINS));
-  pattern.back() = u'b';
-  EXPECT_EQ(0, CQorStringUtil::StrCompare(WideCopy(text), WideCopy(pattern), STRCOMPARE_CONTAINS));
-  pattern = Text16(1, u'b') + Text16(50000, u'a');
-  EXPECT_EQ(0, CQorStringUtil::StrCompare(WideCopy(text), WideCopy(pattern), STRCOMPARE_CONTAINS, 1));
+  const Text16 pattern = Text16(50000, u'a') + u'b' + Text16(50000, u'a');
+  for (const int fold : {0, 1})
+    EXPECT_EQ(0, CQorStringUtil::StrCompare(WideCopy(text), WideCopy(pattern), STRCOMPARE_CONTAINS, fold));
 }
 
 }  // namespace

@@ -80,9 +80,8 @@ TEST(Scalars, ToText) {
 TEST(Scalars, FromText) {
   using Row = std::tuple<const wchar_t*, int>;
   for (const auto& [text, expected] :
-       Rows(Row(L"TRUE", 1), Row(L"true", 1), Row(L"False", 0), Row(L"12", 12), Row(L"-12", -12),
-            Row(L" 12", 12), Row(L"0x10", 0), Row(L"12abc", 12), Row(L"abc", 0), Row(L"", 0), Row(nullptr, 0),
-            Row(L"truely", 0))) {
+       Rows(Row(L"TRUE", 1), Row(L"False", 0), Row(L"-12", -12), Row(L" 12", 12), Row(L"12abc", 12),
+            Row(L"", 0), Row(nullptr, 0), Row(L"truely", 0))) {
     const bool on_wine = text == nullptr || *text != L' ';  // it doesn't pass over white space in front
     const auto number = static_cast<unsigned int>(expected);
     EXPECT_TRUE(AsPublished(CQorStringUtil::ToInt(text) == expected, on_wine)) << Utf8(text);
@@ -91,37 +90,29 @@ TEST(Scalars, FromText) {
   }
 }
 
-TEST(Dates, ToText) {
-  const COleDateTime date(2024, 5, 31, 13, 45, 6);
+TEST(Dates, ToTextAndBack) {
+  COleDateTime date(2024, 5, 31, 13, 45, 6);
   EXPECT_TEXT(L"2024/05/31", CQorStringUtil::FromDate(date));
   EXPECT_TEXT(L"2024/05/31 13:45:06", CQorStringUtil::FromDateTime(date));
   EXPECT_TEXT(L"", CQorStringUtil::FromDate(COleDateTime()));
-  COleDateTime null(date);
-  null.SetStatus(COleDateTime::null);
-  EXPECT_TEXT(L"", CQorStringUtil::FromDateTime(null));
-  COleDateTime invalid(date);
-  invalid.SetStatus(COleDateTime::invalid);
-  EXPECT_FALSE(CQorStringUtil::FromDate(invalid).IsEmpty());
-  EXPECT_NE("2024/05/31", Utf8(CQorStringUtil::FromDate(invalid)));
-}
+  date.SetStatus(COleDateTime::null);
+  EXPECT_TEXT(L"", CQorStringUtil::FromDateTime(date));
+  date.SetStatus(COleDateTime::invalid);
+  EXPECT_TEXT(date.Format(L""), CQorStringUtil::FromDate(date));
 
-TEST(Dates, FromText) {
-  for (const wchar_t* nothing : {static_cast<const wchar_t*>(nullptr), L""}) {
-    const COleDateTime date = CQorStringUtil::ToDateTime(nothing);
-    EXPECT_EQ(COleDateTime::valid, date.GetStatus());
-    EXPECT_EQ(0.0, date.m_dt);
+  using Row = std::tuple<const wchar_t*, COleDateTime::DateTimeStatus, const wchar_t*>;
+  for (const auto& [text, status, read] :
+       Rows(Row(nullptr, COleDateTime::valid, L""), Row(L"", COleDateTime::valid, L""),
+            Row(L"2024/05/31 13:45:06", COleDateTime::valid, L"2024/05/31 13:45:06"))) {
+    EXPECT_EQ(status, CQorStringUtil::ToDateTime(text).GetStatus()) << Utf8(text);
+    EXPECT_TEXT(read, CQorStringUtil::FromDateTime(CQorStringUtil::ToDateTime(text)));
   }
-  const COleDateTime date = CQorStringUtil::ToDateTime(L"2024/05/31 13:45:06");
-  EXPECT_EQ(COleDateTime::valid, date.GetStatus());
-  EXPECT_TEXT(L"2024/05/31 13:45:06", CQorStringUtil::FromDateTime(date));
-  const COleDateTime wrong = CQorStringUtil::ToDateTime(L"not a date");
-  EXPECT_EQ(COleDateTime::invalid, wrong.GetStatus());
-  EXPECT_EQ(0.0, wrong.m_dt);
+  EXPECT_EQ(COleDateTime::invalid, CQorStringUtil::ToDateTime(L"not a date").GetStatus());
+  EXPECT_EQ(0.0, CQorStringUtil::ToDateTime(L"not a date").m_dt);
 }
 
 TEST(ErrorText, OfANumberAndOfTheLastError) {
   const CString text = CQorStringUtil::GetLastErrorText(ERROR_FILE_NOT_FOUND);
-  EXPECT_GT(text.GetLength(), 2);
   EXPECT_TEXT(L"\r\n", text.Right(2));
   for (const unsigned long long none : {0x0ull, 0x100000000ull}) {  // 32 bits of it count, however wide
     SetLastError(ERROR_FILE_NOT_FOUND);

@@ -52,9 +52,13 @@ TEST(Status, WholeWord) {
   status.SetBlank(1);
   const CQorStatus copy(status);
   EXPECT_EQ(1, status.IsEqual(8u));
-  EXPECT_TRUE(status == copy && !(status != copy) && status == 8u && status != 9u);
-  EXPECT_TRUE(status == 8 && 8 == status && !(status != 8) && status != -1 && CQorStatus(~0u) == -1);
+  EXPECT_TRUE(status == copy);
+  EXPECT_FALSE(status != copy);
+  EXPECT_TRUE(status == 8u);
+  EXPECT_TRUE(8 == status);
+  EXPECT_TRUE(status != 9);
+  EXPECT_TRUE(CQorStatus(~0u) == -1);
   EXPECT_EQ(0, status.IsEmpty());
   status.SetEmpty();
-  EXPECT_TRUE(status.IsEmpty() && status != copy);
+  EXPECT_EQ(1, status.IsEmpty());
 }

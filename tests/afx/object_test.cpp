@@ -38,10 +38,8 @@ TEST(CObject, RecordsDescribeTheClass) {
   EXPECT_STREQ("CMainLedger", record->m_lpszClassName);
   EXPECT_EQ(static_cast<int>(sizeof(CMainLedger)), record->m_nObjectSize);
   EXPECT_EQ(0xFFFFu, record->m_wSchema);
-  EXPECT_EQ(nullptr, record->m_pfnCreateObject);
   EXPECT_EQ(nullptr, record->CreateObject());
   EXPECT_EQ(RUNTIME_CLASS(CLedger), record->m_pfnGetBaseClass());
-  EXPECT_EQ(RUNTIME_CLASS(CLedger), CMainLedger::_GetBaseClass());
   EXPECT_EQ(nullptr, RUNTIME_CLASS(CObject)->m_pfnGetBaseClass());
   EXPECT_FALSE(ledger.IsSerializable());
 }

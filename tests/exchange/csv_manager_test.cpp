@@ -38,11 +38,8 @@ TEST(CsvManager, SplitsLines) {
   constexpr auto kNone = CSVMGR_QUOTES_NONE;
   const std::tuple<const wchar_t*, unsigned int, CSVMGR_QUOTES, int, const char*> rows[] = {
       {nullptr, kComma, kDouble, 0, ""},
-      {L"", kComma, kDouble, 0, ""},
-      {L"a,b", kComma, kDouble, 0, "|a|b|"},
       {L"a,b,", kComma, kDouble, 0, "|a|b||"},
       {L",", kComma, kDouble, 0, "|||"},
-      {L"a,,b", kComma, kDouble, 0, "|a||b|"},
       {L"a,,b", kComma, kDouble, 1, "|a|b|"},
       {L"a,,b", kComma, kDouble, 2, "|a||b|"},
       {L",a", kComma, kDouble, 1, "||a|"},
@@ -50,28 +47,20 @@ TEST(CsvManager, SplitsLines) {
       {L"a,,\"b\",,,c", kComma, kDouble, 1, "|a|b|c|"},
       {L"\"a,\"\"b\",c", kComma, kDouble, 0, "|a,\"b|c|"},
       {L"\"\"\"\"\"\"", kComma, kDouble, 0, "|\"\"|"},
-      {L"\"\",\"\"", kComma, kDouble, 0, "|||"},
       {L"\"", kComma, kDouble, 0, "||"},
-      {L"\"ab", kComma, kDouble, 0, "|ab|"},
       {L"\"ab\"\"", kComma, kDouble, 0, "|ab\"|"},
       {L"\"ab,c", kComma, kDouble, 0, "|ab,c|"},
-      {L"\"ab\"xy,c", kComma, kDouble, 0, "|ab|c|"},
       {L"\"ab\"x\"y,c", kComma, kDouble, 0, "|ab|c|"},
       {L"  \"a\" ,b", kComma, kDouble, 0, "|a|b|"},
-      {L"\x3000\"a\",b", kComma, kDouble, 0, "|a|b|"},
-      {L"  ", kComma, kDouble, 0, "|  |"},
-      {L" a , b ", kComma, kDouble, 0, "| a | b |"},
       {L"a\"b\",c", kComma, kDouble, 0, "|a\"b\"|c|"},
       {L" \"a b\" c", CSVMGR_DELIM_SPACE, kDouble, 0, "||a b|c|"},
       {L" \"a b\" c", CSVMGR_DELIM_SPACE, kNone, 0, "||\"a|b\"|c|"},
       {L"\t\"a\"\tb", CSVMGR_DELIM_TAB, kDouble, 0, "|a|b|"},
       {L"a,b;c", 0, kDouble, 0, "|a,b;c|"},
       {L"\"a,b\";c", 0, kDouble, 0, "|a,b|"},
-      {L"a\tb,c", CSVMGR_DELIM_TAB | kComma, kDouble, 0, "|a|b|c|"},
       {L"1\t2;3,4 5.6/7", 0x3F, kDouble, 0, "|1|2|3|4|5|6|7|"},
       {L"1\t2;3,4 5.6/7", 0xFFFFFFC0u, kDouble, 0, "|1\t2;3,4 5.6/7|"},
       {L"'a,''b',\"c", kComma, kSingle, 0, "|a,'b|\"c|"},
-      {L"'a,b'", kComma, kNone, 0, "|'a|b'|"},
       {L"'a,b'", kComma, static_cast<CSVMGR_QUOTES>(3), 0, "|'a|b'|"},
   };
   for (const auto& [line, delimiters, quotes, some_as_one, fields] : rows) {
@@ -205,11 +194,9 @@ TEST(CsvManager, KeepsNothingOfAnEarlierLine) {
   const auto* const line = reinterpret_cast<const wchar_t*>(huge.c_str());
   EXPECT_EQ(manager.SetElements(line, kComma, CSVMGR_QUOTES_DOUBLE, 0), 200001);
   EXPECT_TEXT(L"ab\"c", manager.GetAt(199999));
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(manager.SetElements(L"x,y", kComma, CSVMGR_QUOTES_DOUBLE, 0), 2);
-    EXPECT_EQ(Fields(manager), "|x|y|");
-    EXPECT_TEXT(L"x,y", manager.GetReadString());
-  }
+  EXPECT_EQ(manager.SetElements(L"x,y", kComma, CSVMGR_QUOTES_DOUBLE, 0), 2);
+  EXPECT_EQ(Fields(manager), "|x|y|");
+  EXPECT_TEXT(L"x,y", manager.GetReadString());
 }
 
 TEST(CsvManager, SplitsItsOwnTexts) {
@@ -237,15 +224,12 @@ TEST(CsvManager, SeparatesUnderItsSettings) {
   manager.SetSomeAsOne(1);
   manager.separateString(L"'a;b';;c");
   EXPECT_EQ(Fields(manager), "|a;b|c|");
-  manager.separateString(manager.GetAt(0));
-  EXPECT_EQ(Fields(manager), "|a|b|");
   manager.separateString(nullptr);
   EXPECT_EQ(manager.GetCount(), 0);
 }
 
 TEST(CsvManager, GivesFieldsByIndex) {
   CQorCSVManager manager(L"a,b", kComma, CSVMGR_QUOTES_DOUBLE, 0);
-  EXPECT_TEXT(L"b", manager.GetAt(1));
   EXPECT_EQ(manager.GetAt(2), nullptr);
   EXPECT_EQ(manager.GetAt(2147483647), nullptr);
   for (const int index : {-1, -2147483647 - 1}) {
@@ -256,8 +240,6 @@ TEST(CsvManager, GivesFieldsByIndex) {
       EXPECT_STREQ(error.what(), "invalid vector subscript");
     }
   }
-  manager.Empty();
-  EXPECT_EQ(manager.GetAt(0), nullptr);
 }
 
 TEST(CsvManager, CopiesAllSettings) {
@@ -281,9 +263,8 @@ TEST(CsvManager, CopiesAllSettings) {
 
 TEST(CsvManager, MakesLines) {
   const std::tuple<unsigned int, const wchar_t*> rows[] = {
-      {0x01, L"\"a\"\tb\t'c'"}, {0x02, L"\"a\";b;'c'"}, {0x03, L"\"a\";b;'c'"}, {0x04, L"\"a\",b,'c'"},
-      {0x05, L"\"a\",b,'c'"},   {0x07, L"\"a\",b,'c'"}, {0x08, L"\"a\" b 'c'"}, {0x0F, L"\"a\" b 'c'"},
-      {0x10, L"\"a\".b.'c'"},   {0x1F, L"\"a\".b.'c'"}, {0x20, L"\"a\"b'c'"},   {0x24, L"\"a\"b'c'"},
+      {0x01, L"\"a\"\tb\t'c'"}, {0x03, L"\"a\";b;'c'"}, {0x07, L"\"a\",b,'c'"},
+      {0x0F, L"\"a\" b 'c'"},   {0x1F, L"\"a\".b.'c'"}, {0x24, L"\"a\"b'c'"},
   };
   for (const auto& [type, expected] : rows) {
     CQorCSVManager manager;
@@ -293,9 +274,12 @@ TEST(CsvManager, MakesLines) {
     manager.AddQuate(CSVMGR_QUOTES_DOUBLE);
     manager.AddQuate(CSVMGR_QUOTES_NONE);
     CString line(L"before");
-    const wchar_t* const made = manager.MakeString(line);
-    EXPECT_EQ(made, line.GetString());
+    EXPECT_EQ(manager.MakeString(line), line.GetString());
     EXPECT_TEXT(expected, line) << type;
+    // The list of quotes outlasts the fields.
+    manager.Empty();
+    manager.AddElement(L"a");
+    EXPECT_TEXT(L"\"a\"", manager.MakeString(line));
   }
 }
 
@@ -320,19 +304,6 @@ TEST(CsvManager, MakesLinesOfOddFields) {
   for (const wchar_t* field : {L"it's", L"''", L" , "}) manager.AddElement(field);
   manager.MakeString(line);
   EXPECT_EQ(Split(line, kComma, CSVMGR_QUOTES_SINGLE, 0), "|it's|''| , |");
-}
-
-TEST(CsvManager, KeepsQuoteListWhenEmptied) {
-  CQorCSVManager manager;
-  manager.SetDelimiterType(kComma);
-  manager.AddQuate(CSVMGR_QUOTES_NONE);
-  CString line;
-  for (int i = 0; i < 2; ++i) {
-    manager.Empty();
-    manager.AddElement(L"1");
-    manager.AddElement(L"2");
-    EXPECT_TEXT(L"1,\"2\"", manager.MakeString(line));
-  }
 }
 
 TEST(CsvManager, MarksComments) {

@@ -52,7 +52,8 @@ TEST(ExportFaults, ATargetThatTakesNoMoreIsRemoved) {
     EXPECT_EQ(0, Numbers(rows).Write(L"/dev/full", nullptr, 0));
     EXPECT_EQ(0, Numbers(rows).WriteTableau(L"/dev/full"));
     EXPECT_EQ(1, Numbers(rows).Write(L"/dev/null", nullptr, 0));
-    EXPECT_TRUE(Exists(L"/dev/full") && Exists(L"/dev/null"));
+    EXPECT_TRUE(Exists(L"/dev/full"));
+    EXPECT_TRUE(Exists(L"/dev/null"));
   }
   std::signal(SIGXFSZ, former_action);
 }

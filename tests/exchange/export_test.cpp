@@ -65,7 +65,9 @@ class Exporter : public CQorExportBase {
   }
   void GetExportField(CQorExportInfo info, long at, CString& text, CSVMGR_QUOTES& field_quotes,
                       int& output) override {
-    EXPECT_TRUE(text.IsEmpty() && output == 1 && field_quotes == quotes);
+    EXPECT_TRUE(text.IsEmpty());
+    EXPECT_EQ(1, output);
+    EXPECT_EQ(quotes, field_quotes);
     if (at == throw_at) throw 7;
     const std::string& fields = rows_[static_cast<std::size_t>(at - first)];
     std::size_t begin = 0;
@@ -150,7 +152,9 @@ TEST_F(ExportTest, DelimitersDefaultsAndWhatTheCodePageLacks) {
   }
   Exporter exporter({"a|b|c"});
   exporter.Finalize();
-  EXPECT_TRUE(exporter.csvFile == nullptr && exporter.csvManager == nullptr && exporter.row == 0);
+  EXPECT_EQ(nullptr, exporter.csvFile);
+  EXPECT_EQ(nullptr, exporter.csvManager);
+  EXPECT_EQ(0, exporter.row);
   EXPECT_EQ(1, exporter.Write(Path(), nullptr, 0));
   EXPECT_EQ("\r\n", GetFile(Path()));  // no columns
 }

@@ -3,6 +3,7 @@
 
 #include "qorgen/exchange/type_converter.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -59,57 +60,54 @@ struct OneField {
   }
 };
 
+// A number of more digits than its column is cut to the largest that fits; a sign may need a digit or be refused.
+TEST(TypeConverter, CutsNumbersToTheirColumn) {
+  for (const unsigned int flags :
+       {0u, TYPECHECK_SIGNDIGIT, TYPECHECK_UNSIGNED, TYPECHECK_SIGNDIGIT | TYPECHECK_UNSIGNED}) {
+    for (const int size : {INT_MIN, -3, 0, 1, 3, 8, 9, 10, INT_MAX}) {
+      for (const long long number : {0LL, 1LL, 9LL, 10LL, 99LL, 100LL, 999LL, 1000LL, 99'999'999LL,
+                                     999'999'999LL, 1'000'000'000LL, 2'147'483'647LL, 2'147'483'648LL}) {
+        for (const long long value : {number, -number}) {
+          for (const int check : {0, 1, 2}) {
+            if (value == 2'147'483'648LL) continue;  // no number of 32 bits, see below
+            const bool sign_takes_a_digit = value < 0 && (flags & TYPECHECK_SIGNDIGIT) != 0;
+            const int digits = std::clamp(size - (sign_takes_a_digit ? 1 : 0), 0, 10);
+            long long limit = digits == 10 ? 2'147'483'648LL : 1;
+            for (int i = 0; i < digits && digits < 10; ++i) limit *= 10;
+            if (digits < 10) --limit;
+            if (value < 0 && (flags & TYPECHECK_UNSIGNED) != 0) limit = 0;
+            const bool fits = number <= limit;
+            const std::string text = std::to_string(value);
+            OneField field({TYPECHECK_LONG | flags, L"n", size, 0, check, 0, 0}, CString(text.c_str()));
+            EXPECT_EQ(field.Stored<std::int32_t>(), fits        ? value
+                                                    : value < 0 ? -limit
+                                                                : limit)
+                << text << " size " << size << " flags " << flags;
+            EXPECT_EQ(field.result, fits || check != 1 ? 1 : 0) << text << " size " << size;
+            EXPECT_EQ(field.Kinds(), fits ? "" : "5") << text << " size " << size << " flags " << flags;
+          }
+        }
+      }
+    }
+  }
+}
+
 TEST(TypeConverter, ConvertsNumerals) {
-  const std::tuple<const wchar_t*, unsigned int, int, int, int, std::int32_t, int, const char*> rows[] = {
-      {L"999", 0, 3, 1, 0, 999, 1, ""},
-      {L"-999", 0, 3, 1, 0, -999, 1, ""},
-      {L"1000", 0, 3, 1, 0, 999, 0, "5"},
-      {L"-1000", 0, 3, 1, 0, -999, 0, "5"},
-      {L"1000", 0, 3, 0, 0, 999, 1, "5"},
-      {L"1000", 0, 3, 2, 0, 999, 1, "5"},
-      {L"-99", TYPECHECK_SIGNDIGIT, 3, 1, 0, -99, 1, ""},
-      {L"-100", TYPECHECK_SIGNDIGIT, 3, 1, 0, -99, 0, "5"},
-      {L"-1", TYPECHECK_SIGNDIGIT, 1, 1, 0, 0, 0, "5"},
-      {L"-1", TYPECHECK_UNSIGNED, 3, 1, 0, 0, 0, "5"},
-      {L"-1", TYPECHECK_UNSIGNED | TYPECHECK_SIGNDIGIT, 3, 0, 0, 0, 1, "5"},
-      {L"-0", TYPECHECK_UNSIGNED, 3, 1, 0, 0, 1, ""},
-      {L"１２３", 0, 3, 1, 0, 123, 1, ""},
-      {L"－１２", 0, 3, 1, 0, -12, 1, ""},
-      {L" 12 ", 0, 3, 1, 0, 12, 1, ""},
-      {L"\x3000"
-       L"12",
-       0, 3, 1, 0, 12, 1, ""},
-      {L"+12", 0, 3, 1, 0, 12, 1, ""},
-      {L"007", 0, 1, 1, 0, 7, 1, ""},
-      {L"12.25", 0, 3, 1, 0, 12, 1, ""},
-      {L"1e2", 0, 3, 1, 0, 100, 1, ""},
-      {L"1,000", 0, 9, 1, 0, 0, 0, "4"},
-      {L"1，000", 0, 9, 1, 0, 0, 0, "4"},
-      {L"\\100", 0, 9, 1, 0, 0, 0, "4"},
-      {L"abc", 0, 9, 1, 5, 0, 0, "4"},
-      {L"abc", 0, 9, 0, 5, 0, 1, "4"},
-      {L"-", 0, 9, 1, 0, 0, 0, "4"},
-      {L"12a", 0, 9, 1, 0, 0, 0, "4"},
-      {L"", 0, 3, 0, 5, 0, 1, ""},
-      {L"", 0, 3, 1, 5, 5, 0, "10"},
-      {L"", 0, 3, 2, 5, 5, 0, "10"},
-      {L"  ", 0, 3, 1, 5, 5, 0, "10"},
-      {nullptr, 0, 3, 1, -7, -7, 0, "10"},
-      {L"2147483647", 0, 10, 1, 0, INT32_MAX, 1, ""},
-      {L"-2147483648", 0, 10, 1, 0, INT32_MIN, 1, ""},
-      {L"2147483648", 0, 10, 1, 0, 0, 0, "4"},
-      {L"99999999999999999999", 0, 30, 1, 0, 0, 0, "4"},
-      {L"2147483647", 0, INT_MAX, 1, 0, INT32_MAX, 1, ""},
-      {L"999999999", 0, 9, 1, 0, 999999999, 1, ""},
-      {L"1000000000", 0, 9, 1, 0, 999999999, 0, "5"},
-      {L"1", 0, 0, 1, 0, 0, 0, "5"},
-      {L"0", 0, 0, 1, 0, 0, 1, ""},
-      {L"-1", 0, -3, 1, 0, 0, 0, "5"},
-      {L"1", 0, INT_MIN, 1, 0, 0, 0, "5"},
+  const std::tuple<const wchar_t*, int, int, std::int32_t, int, const char*> rows[] = {
+      {L"－１２", 1, 0, -12, 1, ""},    {L"\x3000 12 ", 1, 0, 12, 1, ""},
+      {L"+12", 1, 0, 12, 1, ""},        {L"007", 1, 0, 7, 1, ""},
+      {L"12.25", 1, 0, 12, 1, ""},      {L"1e2", 1, 0, 100, 1, ""},
+      {L"1,000", 1, 0, 0, 0, "4"},      {L"1，000", 1, 0, 0, 0, "4"},
+      {L"\\100", 1, 0, 0, 0, "4"},      {L"abc", 1, 5, 0, 0, "4"},
+      {L"abc", 0, 5, 0, 1, "4"},        {L"-", 1, 0, 0, 0, "4"},
+      {L"12a", 1, 0, 0, 0, "4"},        {L"", 0, 5, 0, 1, ""},
+      {L"", 1, 5, 5, 0, "10"},          {L"", 2, 5, 5, 0, "10"},
+      {L"  ", 1, 5, 5, 0, "10"},        {nullptr, 1, -7, -7, 0, "10"},
+      {L"2147483648", 1, 0, 0, 0, "4"}, {L"99999999999999999999", 1, 0, 0, 0, "4"},
   };
-  for (const auto& [text, flags, size, check, default_value, stored, result, kinds] : rows) {
-    SCOPED_TRACE(Utf8(text) + " size " + std::to_string(size) + " check " + std::to_string(check));
-    OneField field({TYPECHECK_LONG | flags, L"n", size, 0, check, 0, default_value}, text);
+  for (const auto& [text, check, default_value, stored, result, kinds] : rows) {
+    SCOPED_TRACE(Utf8(text) + " check " + std::to_string(check));
+    OneField field({TYPECHECK_LONG, L"n", 30, 0, check, 0, default_value}, text);
     EXPECT_EQ(field.Stored<std::int32_t>(), stored);
     EXPECT_EQ(field.result, result);
     EXPECT_EQ(field.Kinds(), kinds);
@@ -136,17 +134,11 @@ TEST(TypeConverter, ConvertsDoubles) {
   constexpr unsigned int kFixed = TYPECHECK_FIXEDDECIMALS;
   const std::tuple<const wchar_t*, unsigned int, int, short, int, double, int, const char*> rows[] = {
       {L"12.5", 0, 5, 2, 1, 12.5, 1, ""},
-      {L"-12.5", 0, 5, 2, 1, -12.5, 1, ""},
       {L"１２．５", 0, 5, 2, 1, 12.5, 1, ""},
-      {L" 12.5 ", 0, 5, 2, 1, 12.5, 1, ""},
       {L"1e2", 0, 5, 2, 1, 100, 1, ""},
-      {L"0.1", 0, 5, 2, 1, 0.1, 1, ""},
       {L"123456789.12345", 0, 15, 5, 1, 123456789.12345, 1, ""},
-      {L"5.", 0, 5, 2, 1, 5, 1, ""},
       {L".5", 0, 5, 2, 1, 0.5, 1, ""},
-      {L"123456", 0, 5, 2, 1, 0, 0, "5"},
       {L"123456", 0, 5, 2, 0, 0, 1, "5"},
-      {L"123456", 0, 5, 2, 2, 0, 1, "5"},
       {L"1.234", 0, 5, 2, 0, 0, 1, "7"},
       {L"1.234", 0, 5, 2, 2, 0, 0, "7"},
       {L"1234.56", 0, 5, 2, 1, 0, 0, "7"},
@@ -161,17 +153,13 @@ TEST(TypeConverter, ConvertsDoubles) {
       {L"123.45", kFixed, 5, 2, 1, 123.45, 1, ""},
       {L"123.456", kFixed, 5, 2, 1, 0, 0, "7"},
       {L"1234", kFixed, 5, 0, 1, 1234, 1, ""},
-      {L"1234.5", kFixed, 5, 0, 1, 0, 0, "7"},
       {L"1", 0, INT_MIN, SHRT_MIN, 1, 0, 0, "5"},
       {L"-1.5", TYPECHECK_SIGNDIGIT | kFixed, INT_MIN, SHRT_MAX, 1, 0, 0, "5"},
       {L"1.5", 0, INT_MAX, SHRT_MAX, 1, 1.5, 1, ""},
       {L"1,000", 0, 9, 2, 1, 0, 0, "4"},
-      {L"\\1", 0, 9, 2, 1, 0, 0, "4"},
       {L"x", 0, 9, 2, 0, 0, 1, "4"},
       {L"  ", 0, 9, 2, 1, 0, 0, "4"},
-      {L"1.2.3", 0, 9, 2, 1, 0, 0, "4"},
       {L"", 0, 9, 2, 1, 42, 1, ""},
-      {L"", 0, 9, 2, 0, 42, 1, ""},
       {nullptr, 0, 9, 2, 1, 42, 1, ""},
   };
   for (const auto& [text, flags, size, decimals, check, stored, result, kinds] : rows) {
@@ -280,9 +268,9 @@ QorTypeCheckInfoTable g_table[] = {
 
 TEST(TypeConverter, ComparesFieldCounts) {
   const std::tuple<const wchar_t*, unsigned char, int, long> rows[] = {
-      {L"a,1,2", 1, 1, 0}, {L"a,1,2,", 1, 1, 0},  {L"a,1,2,x", 1, 0, 1}, {L"a,1,2,,", 1, 0, 1},
-      {L"a,1", 1, 0, 1},   {L"", 1, 0, 1},        {L"a,1,2,x", 0, 1, 0}, {L"a,1", 0, 1, 0},
-      {L"a", 0, 0, 1},     {L"a,1,2", 255, 1, 0},
+      {L"a,1,2,", 1, 1, 0}, {L"a,1,2,x", 1, 0, 1}, {L"a,1,2,,", 1, 0, 1},
+      {L"a,1", 1, 0, 1},    {L"", 1, 0, 1},        {L"a,1,2,x", 0, 1, 0},
+      {L"a,1", 0, 1, 0},    {L"a", 0, 0, 1},       {L"a,1,2", 255, 1, 0},
   };
   CQorTypeConverter converter;
   ASSERT_EQ(converter.Initialize(g_table, 3), 1);
@@ -490,54 +478,46 @@ void ExpectSameAsLongWay(const wchar_t* text) {
 }
 
 TEST(TypeConverter, PlainNumbersReadAsTheAutomationConversionReadsThem) {
-  for (const wchar_t* text : {L"",
-                              L"-",
-                              L"0",
-                              L"-0",
-                              L"00",
-                              L"1.",
-                              L".1",
-                              L"-.1",
-                              L"1.0",
-                              L"-1.50",
-                              L"1..2",
-                              L"--1",
-                              L"1-",
-                              L"+1",
-                              L"1e5",
-                              L"123456789",
-                              L"1234567890",
-                              L"-123456789",
-                              L"000000001",
-                              L"0000000001",
-                              L"999999999999999",
-                              L"9999999999999999",
-                              L"0.00000000000001",
-                              L"0.000000000000001",
-                              L"99999999.9999999",
-                              L"-99999999.9999999",
-                              L"１",
-                              L"1 ",
-                              L" 1",
-                              L"0.3",
-                              L"4.35",
-                              L"1.005",
-                              L"123.456789012345",
-                              L"&H10",
-                              L"(1)",
-                              L"1%"}) {
-    ExpectSameAsLongWay(text);
-  }
+  const wchar_t* const texts[] = {L"",
+                                  L"-",
+                                  L"-0",
+                                  L"1.",
+                                  L".1",
+                                  L"-.1",
+                                  L"-1.50",
+                                  L"1..2",
+                                  L"--1",
+                                  L"1-",
+                                  L"+1",
+                                  L"1e5",
+                                  L"123456789",
+                                  L"1234567890",
+                                  L"000000001",
+                                  L"0000000001",
+                                  L"999999999999999",
+                                  L"9999999999999999",
+                                  L"0.00000000000001",
+                                  L"0.000000000000001",
+                                  L"-99999999.9999999",
+                                  L"１",
+                                  L"1 ",
+                                  L" 1",
+                                  L"4.35",
+                                  L"1.005",
+                                  L"123.456789012345",
+                                  L"&H10",
+                                  L"(1)",
+                                  L"1%"};
+  for (const wchar_t* text : texts) ExpectSameAsLongWay(text);
   std::mt19937 random(77);
   int plain = 0;
   for (int round = 0; round < 20000; ++round) {
-    constexpr char16_t kLetters[] = u"0123456789012345678901234567890123456789.-";
-    std::u16string text;
-    for (std::size_t n = 1 + random() % 17; n > 0; --n) text += kLetters[random() % 42];
-    const auto* const wide = reinterpret_cast<const wchar_t*>(text.c_str());
-    ExpectSameAsLongWay(wide);
+    CString text;
+    for (std::size_t n = 1 + random() % 17; n > 0; --n)
+      text += L"0123456789012345678901234567890123456789.-"[random() % 42];
+    ExpectSameAsLongWay(text);
     qorgen::exchange::PlainDecimal decimal;
-    if (qorgen::exchange::ReadPlainDecimal(wide, static_cast<int>(text.size()), decimal)) ++plain;
+    if (qorgen::exchange::ReadPlainDecimal(text, text.GetLength(), decimal)) ++plain;
   }
   EXPECT_GT(plain, 5000);
 }

@@ -46,8 +46,8 @@ class TrimmingTest : public testing::Test {
 };
 
 TEST_F(TrimmingTest, RectangleInsideAndOutside) {
-  const std::tuple<int, int, int, int> rows[] = {{0, 0, 5, 4}, {1, 2, 3, 2},   {-1, -2, 4, 4},
-                                                 {3, 3, 4, 4}, {50, 50, 2, 2}, {-2000000000, 0, 3, 1}};
+  const std::tuple<int, int, int, int> rows[] = {
+      {1, 2, 3, 2}, {-1, -2, 4, 4}, {3, 3, 4, 4}, {50, 50, 2, 2}, {-2000000000, 0, 3, 1}};
   for (const auto& [left, top, width, height] : rows) {
     const CString target = In(L"out.bmp");
     ASSERT_EQ(1, CQorFileUtil::Trimming(In(L"source.bmp"), left, top, width, height, target));
@@ -71,10 +71,6 @@ TEST_F(TrimmingTest, EveryFormatInTurn) {
     source = target;
   }
   EXPECT_EQ(MakeBitmap(5, 4, PixelAt).substr(54), GetFile(In(L"d.bmp")).substr(54));
-  EXPECT_EQ(1, CQorFileUtil::Trimming(In(source), 0, 0, 5, 4, In(L"写真.jpg")));
-  ASSERT_EQ(1, CQorFileUtil::Trimming(In(source), 0, 0, 5, 4, In(L"c.gif")));
-  // Wine leaves the picture out when it has to reduce the colours itself.
-  EXPECT_TRUE(HoldsExceptOnWine(CQorFileUtil::Trimming(In(L"c.gif"), 0, 0, 5, 4, In(L"e.bmp")) == 1));
   const char one_red_pixel[] = "GIF89a\1\0\1\0\x80\0\0\xFF\0\0\xFF\xFF\xFF,\0\0\0\0\1\0\1\0\0\2\2D\1\0;";
   ASSERT_TRUE(PutFile(In(L"f.gif"), std::string(one_red_pixel, sizeof one_red_pixel - 1)));
   EXPECT_EQ(1, CQorFileUtil::Trimming(In(L"f.gif"), 0, 0, 1, 1, In(L"g.bmp")));

@@ -69,17 +69,6 @@ TEST(ErrorText, ABufferMustHoldTheTextAndItsTerminator) {
   EXPECT_EQ(ERROR_INSUFFICIENT_BUFFER, GetLastError());
 }
 
-TEST(ErrorText, AllocatesABlock) {
-  wchar_t* block = nullptr;
-  const DWORD length = FormatMessageW(kSystem | FORMAT_MESSAGE_ALLOCATE_BUFFER, nullptr, 2, 0x400,
-                                      reinterpret_cast<wchar_t*>(&block), 0, nullptr);
-  ASSERT_NE(nullptr, block);
-  EXPECT_EQ(SystemText(2), Utf8(block));
-  EXPECT_EQ(0, block[length]);
-  EXPECT_EQ(nullptr, LocalFree(block));
-  EXPECT_EQ(nullptr, LocalFree(nullptr));
-}
-
 TEST(ErrorText, TheWebTransportHasItsOwnTable) {
   const HMODULE module = LoadLibraryW(L"winhttp.dll");
   ASSERT_NE(nullptr, module);

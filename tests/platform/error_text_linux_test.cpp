@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/linux/error/error_text_table.h"
@@ -39,11 +40,7 @@ TEST(ErrorTextTable, EachTextIsInItsLanguage) {
 
 TEST(ErrorTextTable, BothLanguages) {
   constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-  const struct {
-    DWORD number;
-    const char* japanese;
-    const char* english;
-  } rows[] = {
+  const std::tuple<DWORD, const char*, const char*> rows[] = {
       {2, "指定されたファイルが見つかりません。\r\n", "The system cannot find the file specified.\r\n"},
       {5, "アクセスが拒否されました。\r\n", "Access is denied.\r\n"},
       {193, "%1 は有効な Win32 アプリケーションではありません。\r\n",
@@ -52,9 +49,9 @@ TEST(ErrorTextTable, BothLanguages) {
       {0x80070057, "パラメーターが間違っています。\r\n", "The parameter is incorrect.\r\n"},
       {0x80072EE2, "操作がタイムアウトになりました\r\n", "The operation timed out\r\n"},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(row.japanese, Text(kFlags, nullptr, row.number, 0x411));
-    EXPECT_EQ(row.english, Text(kFlags, nullptr, row.number, 0x409));
+  for (const auto& [number, japanese, english] : rows) {
+    EXPECT_EQ(japanese, Text(kFlags, nullptr, number, 0x411));
+    EXPECT_EQ(english, Text(kFlags, nullptr, number, 0x409));
   }
   EXPECT_EQ("failed 1815", Text(kFlags, nullptr, 2, 0x407));
 }
@@ -67,11 +64,7 @@ TEST(ErrorTextTable, TheUsersLanguageFollowsTheEnvironment) {
   EXPECT_EQ("Access is denied.\r\n", Text(kFlags, nullptr, 5, 0x400));
   setenv("LC_ALL", "ja_JP.UTF-8", 1);
   EXPECT_EQ("アクセスが拒否されました。\r\n", Text(kFlags, nullptr, 5, 0x400));
-  if (before != nullptr) {
-    setenv("LC_ALL", kept.c_str(), 1);
-  } else {
-    unsetenv("LC_ALL");
-  }
+  before != nullptr ? setenv("LC_ALL", kept.c_str(), 1) : unsetenv("LC_ALL");
 }
 
 TEST(ErrorTextTable, RefusesWhatItDoesNotServe) {

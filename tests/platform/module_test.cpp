@@ -4,20 +4,9 @@
 
 #include "qorgen/platform/error.h"
 
-#include "tests/support/text.h"
 #include "tests/support/wine.h"
 
 namespace {
-
-TEST(Module, ExecutableHasAFullPath) {
-  wchar_t path[MAX_PATH + 1] = {};
-  const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-  const std::string text = qorgen::tests::Utf8(path);
-  ASSERT_GT(length, 3u);
-  EXPECT_EQ(length, static_cast<DWORD>(CString(path).GetLength()));
-  EXPECT_EQ(":\\", text.substr(1, 2));
-  EXPECT_NE(std::string::npos, text.find("qorgen_platform_tests"));
-}
 
 TEST(Module, AShortBufferGetsATerminatedBeginning) {
   wchar_t path[6] = {L'#', L'#', L'#', L'#', L'#', L'#'};

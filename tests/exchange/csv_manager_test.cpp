@@ -274,7 +274,8 @@ TEST(CsvManager, MakesLines) {
     manager.AddQuate(CSVMGR_QUOTES_DOUBLE);
     manager.AddQuate(CSVMGR_QUOTES_NONE);
     CString line(L"before");
-    EXPECT_EQ(manager.MakeString(line), line.GetString());
+    const wchar_t* const made = manager.MakeString(line);
+    EXPECT_EQ(made, line.GetString());
     EXPECT_TEXT(expected, line) << type;
     // The list of quotes outlasts the fields.
     manager.Empty();

@@ -71,7 +71,7 @@ TEST(TypeConverter, CutsNumbersToTheirColumn) {
           for (const int check : {0, 1, 2}) {
             if (value == 2'147'483'648LL) continue;  // no number of 32 bits, see below
             const bool sign_takes_a_digit = value < 0 && (flags & TYPECHECK_SIGNDIGIT) != 0;
-            const int digits = std::clamp(size - (sign_takes_a_digit ? 1 : 0), 0, 10);
+            const int digits = std::clamp(std::clamp(size, -1, 11) - (sign_takes_a_digit ? 1 : 0), 0, 10);
             long long limit = digits == 10 ? 2'147'483'648LL : 1;
             for (int i = 0; i < digits && digits < 10; ++i) limit *= 10;
             if (digits < 10) --limit;

@@ -56,10 +56,10 @@ void Add(CQorSpaceOneLine& line, const QorTypeCheckInfoTable& column, const unsi
 
 }  // namespace
 
-long WriteFixed(RowReader& reader, const Columns& columns, const std::string& path, bool& stopped) {
+long WriteFixed(RowReader& reader, const Columns& columns, const TargetFile& target, bool& stopped) {
   const Interrupt interrupt;
-  const CString target = FromUtf8(path);
-  CQorSpaceFile file(target, CFile::modeCreate | CFile::modeWrite | CFile::typeText);
+  CQorSpaceFile file(FromUtf8(target.Path()), CFile::modeCreate | CFile::modeWrite | CFile::typeText);
+  const CString path = file.GetFilePath();
   CQorSpaceOneLine line;
   CString text;
   long rows = 0;
@@ -78,9 +78,10 @@ long WriteFixed(RowReader& reader, const Columns& columns, const std::string& pa
       reader.ShowProgress();
     }
     file.Close();
-  } catch (CException*) {
+  } catch (CFileException* failure) {
     file.Abort();
-    CQorFileUtil::DeleteFileW(target);
+    // The user knows the file by the name that he gave.
+    if (failure->m_strFileName == path) failure->m_strFileName = FromUtf8(target.Name());
     throw;
   }
   stopped = interrupt.IsRequested();

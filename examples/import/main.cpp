@@ -2,6 +2,7 @@
 // writes the good rows to another file, if asked.
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
 #include "qorgen/qorgen.h"
@@ -12,6 +13,7 @@
 #include "reader.h"
 #include "rows.h"
 #include "table_export.h"
+#include "target_file.h"
 #include "utf8.h"
 
 namespace {
@@ -46,28 +48,39 @@ int main(int argc, char** argv) {
     if (!target.empty() && IsSameFile(options.file, target)) {
       return Fail(target + ": a table can't be written over the file that it comes from.");
     }
+    std::optional<TargetFile> file;
+    if (!target.empty()) file.emplace(target);
     long written = 0;
     bool stopped = false;
     std::string wrong;
     if (!options.export_file.empty()) {
       TableExport writer(reader, columns, options);
-      wrong = writer.Run();
+      wrong = writer.Run(*file);
       written = writer.Rows();
       stopped = writer.WasStopped();
     } else if (!options.fixed_file.empty()) {
-      written = WriteFixed(reader, columns, target, stopped);
+      written = WriteFixed(reader, columns, *file, stopped);
     } else {
       while (reader.Next([] { return false; })) reader.ShowProgress();
     }
     const RowReader::Counts counts = reader.Finish();
     manager.Close();
-    if (!wrong.empty() && counts.rows == 0) return Fail(wrong);  // not even begun
-    if (!target.empty() && wrong.empty()) std::printf("written=%ld file=%s\n", written, target.c_str());
+    if (file && wrong.empty()) {
+      if (stopped) {
+        file->Keep();
+      } else if (!file->Replace()) {
+        wrong = target + ": the table could not take the place of that file; it is in " + file->Path() + ".";
+      }
+    }
+    if (file && wrong.empty()) {
+      std::printf("written=%ld file=%s\n", written, (stopped ? file->Path() : target).c_str());
+    }
     std::printf("rows=%ld ok=%ld error=%ld skip=%ld\n", counts.rows, counts.ok, counts.error, counts.skip);
     // A report that nobody could get is no success, a full disk for one.
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) return Fail("The output could not be written.");
     if (!wrong.empty()) return Fail(wrong);
-    if (stopped) return Fail("Stopped: " + target + " holds the first " + std::to_string(written) + " rows.");
+    if (stopped)
+      return Fail("Stopped: " + file->Path() + " holds the first " + std::to_string(written) + " rows.");
     return 0;
   } catch (const OptionsError& error) {
     return Fail(std::string(error.what()) + ".\n" + kUsage);

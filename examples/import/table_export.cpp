@@ -21,23 +21,15 @@ TableExport::TableExport(RowReader& reader, const Columns& columns, const Option
   SetExportInfo(places_.data(), static_cast<int>(places_.size()));
 }
 
-std::string TableExport::Run() {
-  const CString path = FromUtf8(options_.export_file);
-  try {
-    if (!Write(path, nullptr, options_.ol ? 1 : 0)) {
-      return options_.export_file + ": the table could not be written.";
-    }
-  } catch (CException*) {
-    // The source could not be read to its end: a part of the table must not pass for the whole.
-    CQorFileUtil::DeleteFileW(path);
-    throw;
-  }
+std::string TableExport::Run(TargetFile& target) {
+  const CString path = FromUtf8(target.Path());
+  if (!Write(path, nullptr, options_.ol ? 1 : 0)) target.Fail(GetFailureCause());
   if (!options_.ol) return "";
   // A table that could not be handed over is still where it was made.
   const CString made =
       CQorFileUtil::ConnectPath(CQorFileUtil::GetTempPathW(), CQorSplitPath(path).GetConnectFile());
   if (!CQorFileUtil::IsExistFile(made) || CQorFileUtil::IsEqualFile(made, path)) return "";
-  return options_.export_file + ": the table could not be written there; it is in " + ToUtf8(made) + ".";
+  return target.Name() + ": the table could not be written there; it is in " + ToUtf8(made) + ".";
 }
 
 void TableExport::GetExportField(CQorExportInfo column, long, CString& text, CSVMGR_QUOTES& field_quotes,

@@ -12,14 +12,15 @@
 #include "interrupt.h"
 #include "options.h"
 #include "reader.h"
+#include "target_file.h"
 
 class TableExport : public CQorExportBase {
  public:
   TableExport(RowReader& reader, const Columns& columns, const Options& options);
 
-  // Writes the rows; what is wrong in one sentence, or the empty text. Ctrl-C ends the work and leaves what
-  // was written, which isn't wrong.
-  std::string Run();
+  // Writes the rows; what is wrong in one sentence, or the empty text. Ctrl-C ends the work, which isn't wrong. Throws
+  // CFileException* when they can't be written.
+  std::string Run(TargetFile& target);
 
   long Rows() const { return row; }
   bool WasStopped() const { return interrupt_.IsRequested(); }

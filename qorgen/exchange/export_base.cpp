@@ -7,19 +7,28 @@
 #include "qorgen/afx/exception.h"
 #include "qorgen/exchange/internal/text_reuse.h"
 #include "qorgen/files/file_util.h"
+#include "qorgen/files/internal/temporary_file.h"
 #include "qorgen/files/split_path.h"
 #include "qorgen/platform/common/owned_stream.h"
 #include "qorgen/platform/crt.h"
+#include "qorgen/platform/error.h"
+#include "qorgen/platform/filesystem.h"
 
 namespace {
 
+int CauseOf(const CException* exception) {
+  const auto* file = dynamic_cast<const CFileException*>(exception);
+  return file != nullptr ? file->m_cause : static_cast<int>(CFileException::genericException);
+}
+
 // A stream that was wrapped isn't closed by its file object. False when what was buffered could not be
 // written.
-bool Close(CQorCSVFile& file) {
+bool Close(CQorCSVFile& file, int* cause = nullptr) {
   try {
     if (file.m_pStream != nullptr) file.Close();
     return true;
   } catch (CException* exception) {
+    if (cause != nullptr) *cause = CauseOf(exception);
     exception->Delete();
     return false;
   }
@@ -30,6 +39,16 @@ constexpr int kWidestLine = 0x10000;
 
 void Remove(const wchar_t* path) {
   if (CQorFileUtil::IsExistFile(path) != 0) CQorFileUtil::DeleteFileW(path);
+}
+
+// Copies a finished table to where it was asked for.
+bool HandOver(const wchar_t* from, const wchar_t* to) {
+  // A new file would be as private as the one it is copied from; one that is there keeps its permissions.
+  const HANDLE made = CreateFileW(to, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (made != INVALID_HANDLE_VALUE) CloseHandle(made);
+  if (CQorFileUtil::ChangeCRLFToLF(from, to) != 0) return true;
+  if (made != INVALID_HANDLE_VALUE) Remove(to);
+  return false;
 }
 
 }  // namespace
@@ -76,8 +95,11 @@ struct CQorExportBase::Run {
   bool WriteRow() {
     try {
       const int line = static_cast<int>(std::min<long>(base.row, INT_MAX));
-      return file->WriteCSV(*manager, base.delimiterType, base.quotes, line) != 0;
+      if (file->WriteCSV(*manager, base.delimiterType, base.quotes, line) != 0) return true;
+      base.m_cause = CFileException::genericException;
+      return false;
     } catch (CException* exception) {
+      base.m_cause = CauseOf(exception);
       exception->Delete();
       return false;
     }
@@ -172,7 +194,10 @@ void CQorExportBase::TakeFile(std::unique_ptr<CQorCSVFile> file) {
 int CQorExportBase::OpenUtf8(const wchar_t* path, const wchar_t* mode) {
   TakeFile(nullptr);
   qorgen::platform::OwnedStream stream(CQorFileUtil::Open(path, mode, 0));
-  if (stream == nullptr) return 0;
+  if (stream == nullptr) {
+    m_cause = CFileException::OsErrorToException(static_cast<LONG>(GetLastError()));
+    return 0;
+  }
   std::FILE* const opened = stream.get();
   auto file = std::make_unique<CQorUTF8CSVFile>(opened, delimiterType, quotes, 0);
   static_cast<void>(stream.release());
@@ -195,6 +220,7 @@ int CQorExportBase::InitCSVFile(const wchar_t* path, int utf8) {
     TakeFile(std::make_unique<CQorCSVFile>(path, kFlags, delimiterType, quotes, 0));
     return 1;
   } catch (CException* exception) {
+    m_cause = CauseOf(exception);
     exception->Delete();
     TakeFile(nullptr);
     return 0;
@@ -205,6 +231,7 @@ int CQorExportBase::InitTableauCSVFile(const wchar_t* path) {
   try {
     return OpenUtf8(path, CQorFileUtil::_modeAtUTF8);
   } catch (CException* exception) {
+    m_cause = CauseOf(exception);
     exception->Delete();
     TakeFile(nullptr);
     return 0;
@@ -213,12 +240,16 @@ int CQorExportBase::InitTableauCSVFile(const wchar_t* path) {
 
 int CQorExportBase::Write(const wchar_t* path, const wchar_t*, int olFile_) {
   olFile = olFile_;
+  m_cause = CFileException::none;
   // Copied, since a hook may change the text that it lies in.
   const CString destination(path);
   CString target(destination);
   if (olFile_ != 0) {
-    const CQorSplitPath parts(destination);
-    target = CQorFileUtil::ConnectPath(CQorFileUtil::GetTempPathW(), parts.GetConnectFile());
+    target = qorgen::files::MakeTemporaryFile(CQorSplitPath(destination).GetConnectFile());
+    if (target.IsEmpty()) {
+      m_cause = CFileException::OsErrorToException(static_cast<LONG>(GetLastError()));
+      return 0;
+    }
   }
   if (InitCSVManager() == 0 || InitCSVFile(target, olFile_) == 0) return 0;
 
@@ -237,18 +268,19 @@ int CQorExportBase::Write(const wchar_t* path, const wchar_t*, int olFile_) {
     }
     EndProgress();
     // The last rows leave their buffer only now.
-    if (!::Close(*run.file)) written = false;
+    if (!::Close(*run.file, &m_cause)) written = false;
   }
   if (!written) {
     Remove(target);
     return 0;
   }
-  if (olFile_ != 0 && CQorFileUtil::ChangeCRLFToLF(target, destination) != 0) Remove(target);
+  if (olFile_ != 0 && HandOver(target, destination)) Remove(target);
   return 1;
 }
 
 int CQorExportBase::WriteTableau(const wchar_t* path) {
   olFile = 1;
+  m_cause = CFileException::none;
   const CString target(path);
   if (InitCSVManager() == 0 || InitTableauCSVFile(target) == 0) return 0;
 
@@ -259,7 +291,7 @@ int CQorExportBase::WriteTableau(const wchar_t* path) {
       run.FillRow(false);
       written = run.WriteRow();
     }
-    if (!::Close(*run.file)) written = false;
+    if (!::Close(*run.file, &m_cause)) written = false;
   }
   if (written) return 1;
   Remove(target);

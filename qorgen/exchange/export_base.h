@@ -83,6 +83,10 @@ class QORGEN_API CQorExportBase {
   // included.
   int WriteTableau(const wchar_t* path);
 
+  // Why the last Write or WriteTableau gave 0, as the cause of a CFileException: CFileException::diskFull, for one;
+  // genericException where that isn't known, CFileException::none after success.
+  int GetFailureCause() const { return m_cause; }
+
   // The mode of the last export: what Write was given, or 1 for WriteTableau.
   int IsOLFile() const { return olFile; }
 
@@ -125,4 +129,5 @@ class QORGEN_API CQorExportBase {
 
   std::shared_ptr<CQorCSVManager> m_manager;  // of csvManager
   std::shared_ptr<CQorCSVFile> m_file;        // of csvFile
+  int m_cause = 0;                            // CFileException::none
 };

@@ -1,12 +1,12 @@
 // Making and removing folders and files.
 
 #include "qorgen/afx/file_find.h"
-#include "qorgen/files/create_path.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/split_path.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
+#include "qorgen/platform/remove_tree.h"
 #include "qorgen/platform/shell.h"
 
 namespace {
@@ -36,18 +36,6 @@ bool WasMadeMeanwhile() {
 
 bool EnsureFolder(const wchar_t* path) {
   return PathFileExistsW(path) || ::CreateDirectoryW(path, nullptr) || WasMadeMeanwhile();
-}
-
-// Removes what the finder stands on; false only when that was a folder.
-bool RemoveEntry(const CFileFind& entry) {
-  const CString path = entry.GetFilePath();
-  if (!entry.IsDirectory()) {
-    CQorFileUtil::DeleteFileW(path);
-    return true;
-  }
-  // What a link leads to is not part of this folder.
-  if (entry.MatchesMask(FILE_ATTRIBUTE_REPARSE_POINT)) return ::RemoveDirectoryW(path) != 0;
-  return CQorFileUtil::DeleteDirectory(path) != 0;
 }
 
 }  // namespace
@@ -107,20 +95,7 @@ int CQorFileUtil::CreateDirIfNotExists(const wchar_t* path, int pathHasFileName)
 }
 
 int CQorFileUtil::DeleteDirectory(const wchar_t* path) {
-  if (path == nullptr || path[0] == 0) return 0;
-  const CQorCreatePath pattern(nullptr, path, L"*.*", nullptr);
-  // A path that is too long gives an empty pattern, and must not turn into a search elsewhere.
-  if (static_cast<const wchar_t*>(pattern)[0] == 0) return 0;
-  CFileFind finder;
-  int more = finder.FindFile(pattern);
-  if (!more) return 0;
-  while (more) {
-    more = finder.FindNextFile();
-    if (!finder.IsDots() && !RemoveEntry(finder)) return 0;
-  }
-  finder.Close();
-  if (!SetFileAttributesW(path, FILE_ATTRIBUTE_NORMAL)) return 0;
-  return ::RemoveDirectoryW(path) ? 1 : 0;
+  return path != nullptr && path[0] != 0 && qorgen::platform::RemoveTree(path) ? 1 : 0;
 }
 
 int CQorFileUtil::DeleteFileW(const wchar_t* path) {

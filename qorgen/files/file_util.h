@@ -96,7 +96,8 @@ class QORGEN_API CQorFileUtil {
   static CString GetCommonAppDataPath();
   static CString GetCommonDocumentPath();
 
-  // The folder for temporary files, with a backslash at the end.
+  // The folder for temporary files, with a backslash at the end: on Linux one that is the user's alone. Empty
+  // text when there is none.
   static CString GetTempPathW();
 
   // A new, empty file in that folder, which the caller owns and removes; its name begins with the first three
@@ -146,7 +147,8 @@ class QORGEN_API CQorFileUtil {
 
   // Removes a folder with all it holds, read-only files included. A file that cannot be removed does not stop
   // the walk, a folder does; either way the result is 0 and the rest stays. 0 for an empty path, which would
-  // mean the working folder. A link to a folder is removed, not followed.
+  // mean the working folder. No link is followed, whatever happens meanwhile: links are removed themselves, one that
+  // `path` names, too.
   static int DeleteDirectory(const wchar_t* path);
 
   // Removes a file, a read-only one too.

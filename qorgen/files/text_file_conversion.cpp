@@ -6,7 +6,9 @@
 #include "qorgen/afx/file.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/files/internal/piecewise_text.h"
+#include "qorgen/files/internal/temporary_file.h"
 #include "qorgen/platform/codepage.h"
+#include "qorgen/platform/error.h"
 #include "qorgen/platform/filesystem.h"
 
 namespace {
@@ -101,7 +103,8 @@ int CQorFileUtil::SJisToUtf8(const wchar_t* source, const wchar_t* destination) 
 int CQorFileUtil::Utf8ToSJis(const wchar_t* source, const wchar_t* destination) {
   PiecewiseText text(source, CP_UTF8, CP_ACP);
   // This file marks the running call; the second pass, over the lines, is made in memory.
-  const CString mark_path = ConnectPath(GetTempPathW(), L"uts.qor");
+  const CString mark_path = qorgen::files::MakeTemporaryFile(L"uts.qor");
+  if (mark_path.IsEmpty()) CFileException::ThrowOsError(static_cast<LONG>(GetLastError()), L"uts.qor");
   CFile mark(mark_path, CFile::modeCreate | CFile::modeReadWrite);
   const bool complete = Convert(text, destination, &TargetText::PutLines);
   mark.Close();

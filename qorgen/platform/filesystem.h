@@ -111,7 +111,8 @@ static_assert(sizeof(LARGE_INTEGER) == 8 && sizeof(WIN32_FILE_ATTRIBUTE_DATA) ==
 // ---- Open files -------------------------------------------------------------------------------------------
 
 // Share modes hold between the handles and streams of this process, byte-range locks between those and, as
-// advisory locks, other processes. A new file gets 0666 less the process's mask.
+// advisory locks, other processes. A new file gets 0666 less the process's mask, with
+// FILE_ATTRIBUTE_TEMPORARY 0600, and in the machine-wide place what shell.h says.
 // A folder opens with FILE_FLAG_BACKUP_SEMANTICS only. A file to be deleted on close goes when its last
 // handle does.
 HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security, DWORD disposition,
@@ -139,7 +140,11 @@ BOOL SetFileTime(HANDLE file, const FILETIME* creation, const FILETIME* access, 
 
 // ---- Entries of folders -----------------------------------------------------------------------------------
 
-// A symbolic link is followed, except by the calls that remove or rename: those act on the link itself.
+// A symbolic link is followed, except by the calls that remove, rename or mark: those act on the link itself,
+// whatever it leads to (one that leads to a folder is removed as a folder is). It has no marks of its own. A
+// new folder gets 0777 less the process's mask, and in the machine-wide place what shell.h says. A copy has
+// the permissions of its source, from its first byte on; a file that was there keeps its own. Devices, and
+// the links to them in /dev, are not removed.
 BOOL CreateDirectoryW(LPCWSTR path, SECURITY_ATTRIBUTES* security);
 BOOL RemoveDirectoryW(LPCWSTR path);
 BOOL DeleteFileW(LPCWSTR path);
@@ -162,10 +167,13 @@ BOOL FindClose(HANDLE search);
 
 // Text work only, apart from the working folder; the result begins with C:\ (or is a network path as given).
 DWORD GetFullPathNameW(LPCWSTR path, DWORD capacity, LPWSTR buffer, LPWSTR* filePart);
-// The folder of the variable TMPDIR, else /tmp, as C:\...\ with the separator at its end.
+// A folder of the user's own, which nobody else may enter (0700), as C:\...\ with the separator at its end:
+// "qorgen-" and the user's number in the folder of the variable TMPDIR, else in /tmp. It is made, and looked
+// at anew by each call; where another user has taken the name, or could exchange the folder, the next of
+// /tmp, XDG_RUNTIME_DIR, XDG_CACHE_HOME and ~/.cache is taken. 0 with ERROR_ACCESS_DENIED without any.
 DWORD GetTempPathW(DWORD capacity, LPWSTR buffer);
 // Up to three characters of `prefix`, the number in hexadecimal (16 bits) and ".TMP", in a buffer of MAX_PATH
-// characters. `unique` 0 finds a free number and creates the file; any other only forms the name.
+// characters. `unique` 0 finds a free number and creates the file (0600); any other only forms the name.
 UINT GetTempFileNameW(LPCWSTR folder, LPCWSTR prefix, UINT unique, LPWSTR name);
 
 // ---- Volumes ----------------------------------------------------------------------------------------------

@@ -80,8 +80,14 @@ inline constexpr int CSIDL_COMMON_DOCUMENTS = 46;
 //   - local application data: the user's data folder, as a rule "~/.local/share";
 //   - common application data and common documents: "CommonData" and "CommonDocuments" in "/var/lib/qorgen",
 //     where an administrator has made that folder and the user may write to it; else in "qorgen" of the
-//     user's data folder. What is made in the shared place may be written to by every user, as it may on
-//     Windows.
+//     user's data folder. The permissions of "/var/lib/qorgen" say who shares, and what is made below it gets
+//     them from the folder that it is made in, whatever the process's mask:
+//       2770, 2775  a group: each member reads, replaces and removes what another has made
+//       1777        everybody: each user adds and reads; what he has made only he replaces and removes (0777
+//                   means this, too)
+//       3770        a group, each member as with 1777
+//     Below it no link is followed by what opens, replaces or removes stored values, makes folders or removes
+//     them with all they hold.
 BOOL SHGetSpecialFolderPathW(HWND owner, LPWSTR path, int folderId, BOOL create);
 
 using ASSOCF = DWORD;

@@ -10,6 +10,7 @@
 #include "qorgen/files/split_path.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/shell.h"
+#include "qorgen/platform/stored_file.h"
 #include "qorgen/settings/internal/folder_listing.h"
 
 namespace {
@@ -90,7 +91,7 @@ int CQorRegFileKey::Close() {
 }
 
 CQorRegFileKey* CQorRegFileKey::OpenSubKey(const wchar_t* name, int create) {
-  if (qorgen::settings::IsTooLongName(name)) return nullptr;
+  if (!qorgen::settings::IsKeyName(name)) return nullptr;
   const CString path = CQorFileUtil::ConnectPath(GetKeyName(), name);
   if (create != 0 ? !qorgen::settings::EnsureFolder(path) : !PathIsDirectoryW(path)) return nullptr;
   std::unique_ptr<CQorRegFileKey> key(new CQorRegFileKey);
@@ -99,12 +100,12 @@ CQorRegFileKey* CQorRegFileKey::OpenSubKey(const wchar_t* name, int create) {
 }
 
 int CQorRegFileKey::DeleteSubKey(const wchar_t* name) {
-  if (name == nullptr || qorgen::settings::IsTooLongName(name)) return 0;
-  const CString path = CQorFileUtil::ConnectPath(GetKeyName(), name);
-  return PathIsDirectoryW(path) ? CQorFileUtil::DeleteDirectory(path) : 0;
+  if (name == nullptr || !qorgen::settings::IsKeyName(name)) return 0;
+  return CQorFileUtil::DeleteDirectory(CQorFileUtil::ConnectPath(GetKeyName(), name));
 }
 
 int CQorRegFileKey::DeleteValue(const wchar_t* name) {
+  if (qorgen::settings::LeavesFolder(name)) return 0;
   CString path = CQorFileUtil::ConnectPath(GetKeyName(), name != nullptr ? name : kDefaultValue);
   path += ExtensionOf(GetValueType(name, nullptr));
   return PathFileExistsW(path) ? CQorFileUtil::DeleteFileW(path) : 1;
@@ -115,6 +116,7 @@ int CQorRegFileKey::IsExistValue(const wchar_t* name) {
 }
 
 unsigned long CQorRegFileKey::GetValueType(const wchar_t* name, const wchar_t* baseFolder) {
+  if (qorgen::settings::IsDotsOnly(name)) return 0;
   const wchar_t* folder = baseFolder != nullptr ? baseFolder : GetKeyName();
   CFileFind finder;
   int more = finder.FindFile(CQorFileUtil::ConnectPath(folder, StemOf(name) + L".*"));
@@ -122,6 +124,7 @@ unsigned long CQorRegFileKey::GetValueType(const wchar_t* name, const wchar_t* b
     more = finder.FindNextFile();
     if (finder.IsDots() || finder.IsDirectory()) continue;
     const CString found = finder.GetFileName();
+    if (qorgen::platform::IsReplacementName(found)) continue;
     for (const ValueType& row : kValueTypes) {
       if (_wcsicmp(PathFindExtensionW(found), row.extension) == 0) return row.type;
     }
@@ -132,6 +135,10 @@ unsigned long CQorRegFileKey::GetValueType(const wchar_t* name, const wchar_t* b
 
 const wchar_t* CQorRegFileKey::GetValuePath(const wchar_t* name, unsigned long type,
                                             const wchar_t* baseFolder) {
+  if (qorgen::settings::IsDotsOnly(name)) {
+    m_valuePath.Empty();  // a file that is never there and can't be made
+    return m_valuePath;
+  }
   // A name or folder may be the former result.
   const CString file = StemOf(name) + ExtensionOf(type);
   m_valuePath = CQorFileUtil::ConnectPath(baseFolder != nullptr ? baseFolder : GetKeyName(), file);

@@ -28,10 +28,18 @@
 // folders; null and empty text mean the key itself, unless said otherwise, and one of over 255 characters is
 // refused.
 //
-// Processes share the tree without locks: the last writer of a value wins, and a reader that meets a
-// half-written file reads what is there; two that write one value at the very same moment may leave a text of
-// both. A write that fails may leave an empty or cut file. Writing makes the missing folders of the key, and
-// reading a missing number or text with a default stores the default.
+// A name of dots ("." and "..", on Windows with blanks among them) is refused, for a sub-key also as a part of
+// a deeper one: no operation leaves the key's folder. Such a value reads as one that is missing.
+//
+// Processes share the tree: a value is replaced in one step, so that a reader, in this process or another,
+// finds the old value or the new one, whole, also after a writer was killed; the last writer wins, and no
+// writer fails because of a reader. A write that fails leaves the old value. The new one is written beside it
+// (stored_file.h); what a killed writer leaves behind is no value and goes with a later write in the folder.
+// A power failure may lose the last values. Writing makes the missing folders of the key, and reading a
+// missing number or text with a default stores the default.
+//
+// A value is a plain file: a link, device or pipe in its place can't be read, and makes way for the value that
+// is stored.
 //
 // An int result is 1 for success or yes, else 0. A read that fails looks like 0, an empty text or null, and
 // there is no record of the error. Nothing is thrown but for exhausted memory outside the reading and writing
@@ -51,8 +59,8 @@ class QORGEN_API CQorRegFileKey {
   // The key "KeyVault\LM" for HKEY_LOCAL_MACHINE and "KeyVault\CU" for HKEY_CURRENT_USER in the folder of
   // CQorFileUtil::GetCommonDocumentPath, and for any other root that folder itself. None of it is made. On
   // Linux see file_util.h for where the folder lies; should it be impossible to make, the path is relative
-  // to the working folder. The tree's permissions are those of its folders: what a key makes gets the
-  // process's own.
+  // to the working folder. A value keeps its permissions when it is replaced; what is new has the process's own,
+  // and in the machine-wide place of Linux what the administrator has decided, see shell.h.
   explicit CQorRegFileKey(HKEY root);
 
   // Shallow: source and copy share path, name lists, open file and binary value, and have the two texts each
@@ -72,13 +80,13 @@ class QORGEN_API CQorRegFileKey {
   // there is no such folder then.
   CQorRegFileKey* OpenSubKey(const wchar_t* name, int create);
 
-  // Removes the folder with all it holds, as CQorFileUtil::DeleteDirectory does. 0 if it is no folder, and
-  // for null. Empty text means this key's own folder.
+  // Removes the folder with all it holds, as CQorFileUtil::DeleteDirectory does. 0 if it is neither a folder
+  // nor a link, and for null. Empty text means this key's own folder.
   int DeleteSubKey(const wchar_t* name);
 
   // Takes the name whole, not its stem: a bare name is what it wants. Removes the file of the type that
   // GetValueType gives; 1 also when there is none. With a name that carries its extension the extension is
-  // doubled, so nothing is found and the result is 1.
+  // doubled, so nothing is found and the result is 1. 0 for a name with a part of dots.
   int DeleteValue(const wchar_t* name);
 
   // Whether there is a value of one of the three types.

@@ -17,7 +17,7 @@ int CQorRegFileKey::CopySubKey(const CQorRegFileKey& source, const wchar_t* name
                                int copyValues) {
   const wchar_t* target_name = name != nullptr ? name : source.GetKeyName();
   const CString target = CQorFileUtil::ConnectPath(GetKeyName(), target_name);
-  if (qorgen::settings::IsTooLongName(target_name) || !EnsureFolder(target)) return 0;
+  if (!qorgen::settings::IsKeyName(target_name) || !EnsureFolder(target)) return 0;
   if (copyValues != 0 && !CopyValues(source.GetKeyName(), target)) return 0;
   return copySubKeys != 0 ? CopySubKeys(source.GetKeyName(), target, copySubKeys, copyValues) : 1;
 }

@@ -1,4 +1,4 @@
-// One value file: opened, read or written, and closed.
+// One value file: read, or written in one step.
 
 #include <algorithm>
 #include <climits>
@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <string>
 
 #include "qorgen/afx/exception.h"
 #include "qorgen/files/file_util.h"
@@ -13,15 +14,18 @@
 #include "qorgen/platform/crt.h"
 #include "qorgen/settings/folder_key.h"
 #include "qorgen/settings/internal/padded_copy.h"
+#include "qorgen/settings/internal/value_file.h"
 
 namespace {
 
-// Takes the steps; false if one of them failed.
+using qorgen::settings::ReadFirstLine;
+using qorgen::settings::ValueReader;
+
+// Takes the steps; 0 if one of them failed.
 template <class Steps>
 int Succeeds(Steps steps) {
   try {
-    steps();
-    return 1;
+    return steps() ? 1 : 0;
   } catch (CException* failure) {
     failure->Delete();
   } catch (const std::exception&) {
@@ -32,6 +36,11 @@ int Succeeds(Steps steps) {
 
 std::shared_ptr<unsigned char[]> NewBlock(std::size_t bytes) {
   return std::shared_ptr<unsigned char[]>(new unsigned char[std::max<std::size_t>(bytes, 1)]);
+}
+
+bool StoreText(const wchar_t* path, const wchar_t* text) {
+  const std::string bytes = qorgen::settings::StoredText(text);
+  return qorgen::settings::WriteValue(path, bytes.data(), bytes.size());
 }
 
 // A CStdioFile made over a stream doesn't close it by itself.
@@ -73,93 +82,81 @@ void CQorRegFileKey::DeleteBinary() {
 long CQorRegFileKey::GetLongFile(const wchar_t* path) {
   long value = 0;
   Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeRtUTF16LE, 0);
-    CString line;
-    m_openFile->ReadString(line);
     CloseFile();
+    CString line;
+    if (!ReadFirstLine(path, line)) return false;
     line.Trim();
     if (!line.IsEmpty()) value = _wtol(line);
+    return true;
   });
-  m_openFile.reset();
   return value;
 }
 
 int CQorRegFileKey::SetLongFile(const wchar_t* path, long value) {
-  const int written = Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeWtUTF16LE, 1);
-    CString text;
-    text.Format(L"%d", static_cast<int>(value));
-    m_openFile->WriteString(text);
+  return Succeeds([&] {
     CloseFile();
+    return StoreText(path, qorgen::settings::NumberText(value));
   });
-  m_openFile.reset();
-  return written;
 }
 
 int CQorRegFileKey::GetStringFile(const wchar_t* path, wchar_t* buffer, int size) {
   const CString former = std::move(m_string);  // the path may lie in it
-  const int read = Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeRtUTF16LE, 0);
-    CString line;
-    m_openFile->ReadString(line);
+  return Succeeds([&] {
     CloseFile();
+    CString line;
+    if (!ReadFirstLine(path, line)) return false;
     qorgen::settings::CopyPadded(buffer, size, line);
+    return true;
   });
-  m_openFile.reset();
-  return read;
 }
 
 const wchar_t* CQorRegFileKey::GetStringFile(const wchar_t* path) {
   const CString former = std::move(m_string);
   Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeRtUTF16LE, 0);
-    CString line;
-    m_openFile->ReadString(line);
     CloseFile();
+    CString line;
+    if (!ReadFirstLine(path, line)) return false;
     m_string = line;
+    return true;
   });
-  m_openFile.reset();
   return m_string;
 }
 
 int CQorRegFileKey::SetStringFile(const wchar_t* path, const wchar_t* value) {
-  const int written = Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeWtUTF16LE, 1);
-    m_openFile->WriteString(value);
+  return Succeeds([&] {
     CloseFile();
+    if (!StoreText(path, value)) return false;
     m_string = value;
+    return true;
   });
-  m_openFile.reset();
-  return written;
 }
 
 int CQorRegFileKey::GetBinaryFile(const wchar_t* path, void* buffer, int size) {
   const std::shared_ptr<unsigned char[]> former = m_binary;  // the buffer may be it
   DeleteBinary();
-  const int read = Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeRb, 0);
-    m_openFile->Seek(0, CFile::begin);
-    if (buffer != nullptr && size > 0) m_openFile->Read(buffer, static_cast<unsigned int>(size));
+  return Succeeds([&] {
     CloseFile();
+    ValueReader file(path);
+    std::size_t read = 0;
+    return file.IsOpen() &&
+           (buffer == nullptr || size <= 0 || file.Read(buffer, static_cast<std::size_t>(size), read));
   });
-  m_openFile.reset();
-  return read;
 }
 
 void* CQorRegFileKey::GetBinaryFile(const wchar_t* path) {
   DeleteBinary();
   Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeRb, 0);
-    const unsigned long long length = m_openFile->Seek(0, CFile::end);
-    if (length > INT_MAX) AfxThrowMemoryException();
-    const auto block = NewBlock(length);
-    m_openFile->Seek(0, CFile::begin);
-    const unsigned int read = m_openFile->Read(block.get(), static_cast<unsigned int>(length));
     CloseFile();
+    ValueReader file(path);
+    unsigned long long length = 0;
+    if (!file.Size(length) || length > INT_MAX) return false;
+    const auto block = NewBlock(length);
+    std::size_t read = 0;
+    if (!file.Read(block.get(), length, read)) return false;
     m_binary = block;
     m_binarySize = static_cast<int>(read);
+    return true;
   });
-  m_openFile.reset();
   return m_binary.get();
 }
 
@@ -167,13 +164,10 @@ int CQorRegFileKey::SetBinaryFile(const wchar_t* path, void* const data, int siz
   if (size < 0 || (data == nullptr && size > 0)) return 0;
   const std::shared_ptr<unsigned char[]> former = m_binary;  // the data may be it
   DeleteBinary();
-  const int written = Succeeds([&] {
-    OpenFile(path, CQorFileUtil::_modeWb, 1);
+  return Succeeds([&] {
+    CloseFile();
     m_binary = NewBlock(static_cast<std::size_t>(size));
     if (size > 0) std::memcpy(m_binary.get(), data, static_cast<std::size_t>(size));
-    m_openFile->Write(m_binary.get(), static_cast<unsigned int>(size));
-    CloseFile();
+    return qorgen::settings::WriteValue(path, m_binary.get(), static_cast<std::size_t>(size));
   });
-  m_openFile.reset();
-  return written;
 }

@@ -3,19 +3,30 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 #include "qorgen/afx/memory.h"
 #include "qorgen/files/file_util.h"
 #include "qorgen/platform/crt.h"
 #include "qorgen/platform/shell.h"
 #include "qorgen/settings/folder_key.h"
+#include "qorgen/settings/internal/folder_listing.h"
 #include "qorgen/settings/internal/padded_copy.h"
+#include "qorgen/settings/internal/value_file.h"
 
 namespace {
 
 // A `long` carries 32 bits.
 long Narrow(long value) {
   return static_cast<std::int32_t>(value);
+}
+
+// A default for a value that is missing. Whether it can be stored makes no difference, and a value that somebody else
+// has stored meanwhile stays.
+void StoreDefault(const wchar_t* path, const wchar_t* text) {
+  const std::string bytes = qorgen::settings::StoredText(text);
+  static_cast<void>(
+      qorgen::settings::WriteValue(path, bytes.data(), bytes.size(), qorgen::settings::Store::kIfMissing));
 }
 
 unsigned char* CopyBytes(const void* bytes, std::size_t count) {
@@ -44,7 +55,7 @@ int CQorRegFileKey::GetInt(const wchar_t* name, int defaultValue) {
 long CQorRegFileKey::GetLong(const wchar_t* name, long defaultValue) {
   const CString path = GetValuePath(name, REG_DWORD, nullptr);
   if (PathFileExistsW(path)) return GetLongFile(path);
-  SetLongFile(path, defaultValue);
+  StoreDefault(path, qorgen::settings::NumberText(defaultValue));
   return Narrow(defaultValue);
 }
 
@@ -74,7 +85,7 @@ const wchar_t* CQorRegFileKey::GetString(const wchar_t* name, const wchar_t* def
     return nullptr;
   }
   m_string = defaultValue;
-  SetStringFile(path, m_string);
+  StoreDefault(path, m_string);
   return m_string;
 }
 
@@ -102,7 +113,7 @@ int CQorRegFileKey::SetBinary(const wchar_t* name, void* const data, int size) {
 
 int CQorRegFileKey::GetValue(const wchar_t* name, unsigned long* type, unsigned char** data, int* size) {
   const CString path = CQorFileUtil::ConnectPath(GetKeyName(), name != nullptr ? name : L"_ROOT");
-  const unsigned long found = GetValueType(name, nullptr);
+  const unsigned long found = qorgen::settings::LeavesFolder(name) ? 0 : GetValueType(name, nullptr);
   if (type != nullptr) *type = found;
   if (found == REG_DWORD) {
     const auto value = static_cast<std::int32_t>(GetLongFile(path));

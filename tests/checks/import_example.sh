@@ -134,15 +134,16 @@ says 'written=2 '
 expect 0 'rows=5 ok=5 error=0 skip=0' "$work/in.csv" --columns "$work/columns" --utf8 --export "$work/out3.csv" --ol
 says 'written=5 '
 
-# Targets that can't be written: one sentence, and nothing half-written.
-for option in --export --fixed; do
-  for target in "$work" "$work/none/out.csv" "$work/out.csv"; do
-    expect 1 '' "${again[@]}" $option "$target"
-  done
+# Targets that can't be written: one sentence that says why, the same for both, and nothing half-written.
+for target in "$work" "$work/none/out.csv" "$work/out.csv"; do
+  expect 1 '' "${again[@]}" --export "$target"
+  grep -qF -- "${target##*/}" "$work/err" || { echo "FAILED: $target isn't named"; bad=1; }
+  cp "$work/err" "$work/why"
+  expect 1 '' "${again[@]}" --fixed "$target"
+  same "$work/why" "$work/err"
 done
 mkdir "$work/taken.$$"
-expect 1 'rows=353 ok=353 error=0 skip=0' "${again[@]}" --export "$work/taken.$$" --ol
-says 'could not be written there; it is in '
+expect 1 '' "${again[@]}" --export "$work/taken.$$" --ol
 same "$work/again.csv" "$work/out.csv"
 for words in '--ol' '--export x --fixed y' '--export x --delimiter slash' '--export' '--fixed'; do
   expect 1 '' "${again[@]}" $words
@@ -161,19 +162,39 @@ if [ $# -lt 3 ]; then
     expect 1 '' "${again[@]}" $option "$work/locked/new.csv"
     expect 1 '' "${again[@]}" $option "$work/locked/out.csv"
   done
-  expect 1 'rows=353 ok=353 error=0 skip=0' "${again[@]}" --export "$work/locked/new.csv" --ol
+  expect 1 '' "${again[@]}" --export "$work/locked/new.csv" --ol
+  # A folder that takes no new file, where an earlier one could be written.
+  chmod 644 "$work/locked/out.csv"
+  expect 1 '' "${again[@]}" --export "$work/locked/out.csv"
   [ "$(ls "$work/locked")" = out.csv ] && [ "$(cat "$work/locked/out.csv")" = earlier ] || bad=1
   program=("${plain[@]}")
 
   for option in --export --fixed; do
     "$1" "${ledger[@]}" $option /dev/full >"$work/out" 2>"$work/err"
     [ $? = 1 ] && [ -s "$work/err" ] && [ -c /dev/full ] || { echo "FAILED: a full device"; bad=1; }
+    grep -q full "$work/err" || { echo "FAILED: a full device isn't named: $(cat "$work/err")"; bad=1; }
     (ulimit -f 8; trap '' XFSZ; exec "$1" "${ledger[@]}" $option "$work/short.csv") >"$work/out" 2>"$work/err"
-    [ $? = 1 ] && [ -s "$work/err" ] || { echo "FAILED: a limit on the size of files"; bad=1; }
+    [ $? = 1 ] && grep -q short.csv "$work/err" && ! grep -q part "$work/err" ||
+      { echo "FAILED: a limit on the size of files"; bad=1; }
     gone "$work/short.csv"
+    # An earlier file stays, also when the program is killed, and is replaced as a whole with its permissions.
+    printf 'earlier\n' >"$work/earlier.csv"
+    chmod 600 "$work/earlier.csv"
+    (ulimit -f 8; trap '' XFSZ; exec "$1" "${ledger[@]}" $option "$work/earlier.csv") >"$work/out" 2>"$work/err"
+    [ "$(cat "$work/earlier.csv")" = earlier ] || { echo "FAILED: an earlier file after a failure"; bad=1; }
+    gone "$work/earlier.csv.part"
+    (ulimit -f 8; exec "$1" "${ledger[@]}" $option "$work/earlier.csv") >"$work/out" 2>"$work/err"
+    [ "$(cat "$work/earlier.csv")" = earlier ] && [ "$(stat -c %a "$work/earlier.csv.part")" = 600 ] ||
+      { echo "FAILED: an earlier file after a kill"; bad=1; }
+    ln -sf earlier.csv "$work/latest.csv"
+    expect 0 'rows=375 ok=353 error=14 skip=8' "${ledger[@]}" $option "$work/latest.csv"
+    [ -L "$work/latest.csv" ] && [ "$(wc -l <"$work/earlier.csv")" -gt 300 ] && [ "$(stat -c %a "$work/earlier.csv")" = 600 ] ||
+      { echo "FAILED: an earlier file that is replaced"; bad=1; }
+    rm "$work/earlier.csv.part"
   done
 
-  # Ctrl-C between two rows of a file that is still coming: what was written stays, whole rows of it.
+  # Ctrl-C between two rows of a file that is still coming: what was written stays beside the target, whole rows of it.
+  printf 'earlier\n' >"$work/part.csv"
   mkfifo "$work/slow"
   "$1" "$work/slow" --columns "$folder/ledger.columns" --export "$work/part.csv" >"$work/out" 2>"$work/err" &
   running=$!
@@ -181,16 +202,16 @@ if [ $# -lt 3 ]; then
     head -n 100 "$work/out.csv"
     # Until it has written what there is, and waits for more.
     for _ in $(seq 400); do
-      [ -e "$work/part.csv" ] && grep -q '^State:.S' "/proc/$running/status" && break
+      [ -e "$work/part.csv.part" ] && grep -q '^State:.S' "/proc/$running/status" && break
       sleep 0.05
     done
     kill -INT $running
     sed -n 101,200p "$work/out.csv"
   } >"$work/slow"
   wait $running
-  [ $? = 1 ] && grep -q '^Stopped: ' "$work/err" || { echo 'FAILED: Ctrl-C'; cat "$work/err"; bad=1; }
-  rows=$(wc -l <"$work/part.csv")
+  [ $? = 1 ] && grep -qF "Stopped: $work/part.csv.part holds" "$work/err" && [ "$(cat "$work/part.csv")" = earlier ] || { echo 'FAILED: Ctrl-C'; cat "$work/err"; bad=1; }
+  rows=$(wc -l <"$work/part.csv.part")
   [ "$rows" -ge 1 ] && [ "$rows" -le 200 ] || { echo "FAILED: $rows rows before Ctrl-C"; bad=1; }
-  head -n "$rows" "$work/out.csv" | same "$work/part.csv" -
+  head -n "$rows" "$work/out.csv" | same "$work/part.csv.part" -
 fi
 exit $bad

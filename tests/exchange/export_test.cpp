@@ -92,7 +92,7 @@ class ExportTest : public testing::Test {
   void SetUp() override { CreateDirectoryW(folder_.Path(L"表"), nullptr); }
   const wchar_t* Path() { return folder_.Path(L"表\\out.csv"); }
   // Where an OL file is made.
-  const wchar_t* TempPath() { return folder_.Path(L"out.csv"); }
+  static CString TempPath() { return CQorFileUtil::ConnectPath(CQorFileUtil::GetTempPathW(), L"out.csv"); }
 
   OwnTempFolder folder_;
 };

@@ -10,6 +10,7 @@
 #include "qorgen/platform/linux/error/file_error.h"
 #include "qorgen/platform/linux/filesystem/facts.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/shared_place.h"
 #include "qorgen/platform/linux/filesystem/sharing.h"
 
 using namespace qorgen::platform;
@@ -36,7 +37,7 @@ BOOL CreateDirectoryW(LPCWSTR path, SECURITY_ATTRIBUTES*) {
     return Fail(WithoutSeparators(host) == "/" ? ERROR_ACCESS_DENIED : ERROR_ALREADY_EXISTS);
   }
   if (!IsCreatable(host)) return Fail(PathError(host, ENOENT));
-  return mkdir(host.c_str(), 0777) == 0 || FailWithErrno(host);
+  return MakeFolder(host) || FailWithErrno(host);
 }
 
 BOOL RemoveDirectoryW(LPCWSTR path) {
@@ -46,8 +47,8 @@ BOOL RemoveDirectoryW(LPCWSTR path) {
   struct stat facts;
   if (!Look(host, facts)) return FailWithErrno(host);
   if (!S_ISDIR(facts.st_mode)) return Fail(ERROR_DIRECTORY);
-  if (IsReadOnly(facts)) return Fail(ERROR_ACCESS_DENIED);
   if (IsLink(host)) return unlink(host.c_str()) == 0 || FailWithErrno(host);
+  if (IsReadOnly(facts)) return Fail(ERROR_ACCESS_DENIED);
   if (rmdir(host.c_str()) == 0) return TRUE;
   // Two errno values say that a folder isn't empty; "." and the root are in use.
   if (errno == EEXIST || errno == ENOTEMPTY) return Fail(ERROR_DIR_NOT_EMPTY);
@@ -60,12 +61,14 @@ BOOL DeleteFileW(LPCWSTR path) {
   if (!ToHost(path, host)) return FALSE;
   struct stat facts;
   if (!Look(host, facts)) return FailWithErrno(host);
-  // Devices are no files on the platform; here their names, and links to them, must not go with a failed
+  // Devices are no files on the platform; here they, and the names that the host gives them, must not go with a failed
   // write to them.
-  if (S_ISDIR(facts.st_mode) || S_ISCHR(facts.st_mode) || S_ISBLK(facts.st_mode)) {
+  const bool link = IsLink(host);
+  const bool device = S_ISCHR(facts.st_mode) || S_ISBLK(facts.st_mode);
+  if (S_ISDIR(facts.st_mode) || (device && !link) || (link && HostFolder(host) == "/dev")) {
     return Fail(ERROR_ACCESS_DENIED);
   }
-  if (!IsLink(host)) {
+  if (!link) {
     if (IsReadOnly(facts)) return Fail(ERROR_ACCESS_DENIED);
     if (!MayUse(facts, DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE)) {
       return Fail(ERROR_SHARING_VIOLATION);
@@ -99,7 +102,8 @@ BOOL SetFileAttributesW(LPCWSTR path, DWORD attributes) {
   std::string host;
   if (!ToHost(path, host)) return FALSE;
   struct stat facts;
-  if (stat(host.c_str(), &facts) != 0) return FailWithErrno(host);
+  if (lstat(host.c_str(), &facts) != 0) return FailWithErrno(host);
+  if (S_ISLNK(facts.st_mode)) return TRUE;  // has no permissions, and so no marks, of its own
   const mode_t before = facts.st_mode & 07777;
   const mode_t after = (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? before & ~0222u : before | S_IWUSR;
   // Not asking for what is there already lets the owner's group, which can't change permissions, pass.

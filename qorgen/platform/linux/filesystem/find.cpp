@@ -1,11 +1,8 @@
 // Searches in folders.
 
-#include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
-#include <cstring>
-#include <dirent.h>
+#include <fcntl.h>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -19,22 +16,19 @@
 #include "qorgen/platform/linux/error/errno_map.h"
 #include "qorgen/platform/linux/error/file_error.h"
 #include "qorgen/platform/linux/filesystem/facts.h"
+#include "qorgen/platform/linux/filesystem/folder_entries.h"
 #include "qorgen/platform/linux/filesystem/name_pattern.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
 #include "qorgen/platform/linux/handle.h"
+#include "qorgen/platform/linux/owned_descriptor.h"
 
 using namespace qorgen::platform;
 
 namespace {
 
-struct Entry {
-  std::u16string upper;  // the order of the search
-  std::string host;
-};
-
 class Search final : public HandleObject {
  public:
-  Search(std::string folder, std::vector<Entry> entries)
+  Search(std::string folder, std::vector<FolderEntry> entries)
       : folder_(std::move(folder)), entries_(std::move(entries)) {}
   [[nodiscard]] bool ClosesAsHandle() const override { return false; }
 
@@ -44,7 +38,7 @@ class Search final : public HandleObject {
  private:
   std::mutex mutex_;
   std::string folder_;
-  std::vector<Entry> entries_;
+  std::vector<FolderEntry> entries_;
   std::size_t next_ = 0;
 };
 
@@ -72,42 +66,6 @@ bool Search::Next(WIN32_FIND_DATAW& data) {
     if (Describe(folder_, entries_[next_++].host, data)) return true;
   }
   return false;
-}
-
-struct FolderCloser {
-  void operator()(DIR* stream) const {
-    const int error = errno;
-    closedir(stream);
-    errno = error;
-  }
-};
-
-// The names of `folder` that fit; false with errno.
-bool ReadFolder(const std::string& folder, const NamePattern& pattern, std::vector<Entry>& entries) {
-  const std::unique_ptr<DIR, FolderCloser> stream(opendir(folder.c_str()));
-  if (stream == nullptr) return false;
-  struct stat own;
-  struct stat parent;
-  // The root has no entries for itself and its parent.
-  const bool root = fstat(dirfd(stream.get()), &own) == 0 &&
-                    fstatat(dirfd(stream.get()), "..", &parent, 0) == 0 && own.st_dev == parent.st_dev &&
-                    own.st_ino == parent.st_ino;
-  errno = 0;
-  while (const dirent* found = readdir(stream.get())) {
-    const bool dots = std::strcmp(found->d_name, ".") == 0 || std::strcmp(found->d_name, "..") == 0;
-    const std::u16string name = LibraryName(found->d_name);
-    // An empty key puts the dots in front of every name.
-    if (!(dots && root) && pattern.Matches(name))
-      entries.push_back({dots ? u"" : UpperName(name), found->d_name});
-    errno = 0;
-  }
-  if (errno != 0) return false;
-  // Names that differ in case only are in the order of their bytes.
-  std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-    const int order = a.upper.compare(b.upper);
-    return order != 0 ? order < 0 : a.host < b.host;
-  });
-  return true;
 }
 
 DWORD FolderError(const std::string& folder, int error) {
@@ -142,10 +100,12 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* data) {
   }
 
   const std::string folder = HostFolder(host);
-  std::vector<Entry> entries;
+  std::vector<FolderEntry> entries;
   const std::u16string name = LibraryName(leaf);
   if (HasWildcard(name)) {
-    if (!ReadFolder(folder, NamePattern(name), entries)) return Refuse(FolderError(folder, errno));
+    OwnedDescriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.IsOpen() || !ReadFolder(std::move(opened), NamePattern(name), entries))
+      return Refuse(FolderError(folder, errno));
   } else {
     struct stat facts;
     if (lstat(host.c_str(), &facts) != 0) {

@@ -64,8 +64,12 @@ BOOL Copy(const std::string& from, const std::string& to, bool failIfExists) {
   if (!in.IsOpen()) return FailWithErrno(from);
   const auto reading = FileShare::Join(source, GENERIC_READ, kShareAll);
   if (!reading) return Fail(ERROR_SHARING_VIOLATION);
-  OwnedDescriptor out(open(to.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (failIfExists ? O_EXCL : 0), 0666));
+  const mode_t permissions = source.st_mode & 0777;
+  OwnedDescriptor out(open(to.c_str(), O_WRONLY | O_CLOEXEC | (there ? 0 : O_CREAT | O_EXCL), permissions));
   if (!out.IsOpen()) return FailWithErrno(to);
+  // The source's also where the process's mask says otherwise, and before the first byte. A file that was there keeps
+  // its own.
+  if (!there) (void)!fchmod(out.Get(), permissions);
   if (fstat(out.Get(), &target) != 0) return FailWithErrno(to);
   const auto writing = FileShare::Join(target, GENERIC_WRITE, 0);
   if (!writing) return Fail(ERROR_SHARING_VIOLATION);
@@ -74,10 +78,8 @@ BOOL Copy(const std::string& from, const std::string& to, bool failIfExists) {
   const bool copied = (!ordinary || ftruncate(out.Get(), 0) == 0) && CopyContent(in.Get(), out.Get()) &&
                       fstat(in.Get(), &facts) == 0;
   if (copied && ordinary) {
-    // Attributes and the time of the last change come along; a file system that has no room for them is no
-    // failure.
+    // The time of the last change comes along; a file system that has no room for it is no failure.
     const struct timespec times[2] = {{0, UTIME_OMIT}, facts.st_mtim};
-    (void)!fchmod(out.Get(), source.st_mode & 0777);
     (void)!futimens(out.Get(), times);
   }
   if (copied && out.Close()) return TRUE;

@@ -2,9 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
-#include <string_view>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
@@ -18,30 +16,6 @@
 using namespace qorgen::platform;
 
 namespace {
-
-// Empty with errno when the working folder has been removed or can't be reached.
-std::string WorkingFolder() {
-  char* folder = getcwd(nullptr, 0);
-  if (folder == nullptr) return {};
-  std::string path = folder;
-  free(folder);
-  return path;
-}
-
-std::string Absolute(const std::string& host) {
-  if (!host.empty() && host.front() == '/') return host;
-  std::string path = WorkingFolder();
-  if (path.empty()) return path;
-  std::string_view rest = host;
-  while (rest == ".." || rest.starts_with("../")) {
-    path = HostFolder(path);
-    rest.remove_prefix(rest.size() > 2 ? 3 : 2);
-  }
-  if (rest == "." || rest.empty()) return path;
-  if (rest.starts_with("./")) rest.remove_prefix(2);
-  if (path.back() != '/') path += '/';
-  return path.append(rest);
-}
 
 // The full form of a path that this host can't have: only its separators are put right.
 std::u16string ForeignPath(LPCWSTR path) {
@@ -66,7 +40,7 @@ DWORD GetFullPathNameW(LPCWSTR path, DWORD capacity, LPWSTR buffer, LPWSTR* file
   if (error != 0) {
     full = ForeignPath(path);
   } else {
-    const std::string absolute = Absolute(host);
+    const std::string absolute = AbsoluteHostPath(host);
     if (absolute.empty()) {
       SetLastErrorFromErrno();
       return 0;
@@ -79,14 +53,6 @@ DWORD GetFullPathNameW(LPCWSTR path, DWORD capacity, LPWSTR buffer, LPWSTR* file
     if (last != std::u16string::npos && last + 1 < full.size()) *filePart = buffer + last + 1;
   }
   return length;
-}
-
-DWORD GetTempPathW(DWORD capacity, LPWSTR buffer) {
-  const char* named = std::getenv("TMPDIR");
-  std::string folder = Absolute(named != nullptr && named[0] != 0 ? named : "/tmp");
-  if (folder.empty()) folder.assign("/tmp");
-  if (folder.back() != '/') folder += '/';
-  return StoreText(LibraryPath(folder), buffer, capacity);
 }
 
 UINT GetTempFileNameW(LPCWSTR folder, LPCWSTR prefix, UINT unique, LPWSTR name) {
@@ -131,7 +97,7 @@ UINT GetTempFileNameW(LPCWSTR folder, LPCWSTR prefix, UINT unique, LPWSTR name) 
     if (number == 0) continue;
     form(number);
     const HANDLE file =
-        CreateFileW(name, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        CreateFileW(name, GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
       CloseHandle(file);
       return number;

@@ -11,6 +11,8 @@
 #include "qorgen/platform/linux/error/file_error.h"
 #include "qorgen/platform/linux/filesystem/file_object.h"
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/shared_place.h"
+#include "qorgen/platform/linux/owned_descriptor.h"
 
 using namespace qorgen::platform;
 
@@ -56,27 +58,19 @@ DWORD Objection(const Request& request, const struct stat& facts) {
   return changes && IsReadOnly(facts) ? ERROR_ACCESS_DENIED : 0;
 }
 
-// A descriptor of the file, -1 with errno. `fresh` makes a file that must not be there yet.
-int OpenDescriptor(const Request& request, bool fresh, bool folder) {
+// A descriptor of the file, not open with errno. `fresh` makes a file that must not be there yet.
+OwnedDescriptor OpenDescriptor(const Request& request, bool fresh, bool folder) {
   const bool writes = (request.access & GENERIC_WRITE) != 0 || (request.Truncates() && !folder);
   const bool reads = (request.access & GENERIC_READ) != 0 || !writes;
   int mode = O_CLOEXEC | O_NOCTTY | (writes ? (reads ? O_RDWR : O_WRONLY) : O_RDONLY);
   if ((request.flags & FILE_FLAG_WRITE_THROUGH) != 0) mode |= O_DSYNC;
   if (fresh) mode |= O_CREAT | O_EXCL;
+  const bool isPrivate = (request.flags & FILE_ATTRIBUTE_TEMPORARY) != 0;
   int descriptor;
   do {
-    descriptor = open(request.host.c_str(), mode, 0666);
+    descriptor = open(request.host.c_str(), mode, isPrivate ? 0600 : 0666);
   } while (descriptor < 0 && errno == EINTR);
-  return descriptor;
-}
-
-std::string AbsolutePath(const std::string& host) {
-  if (host.front() == '/') return host;
-  char* folder = getcwd(nullptr, 0);
-  if (folder == nullptr) return host;
-  std::string absolute = std::string(folder) + '/' + host;
-  free(folder);
-  return absolute;
+  return OwnedDescriptor(descriptor);
 }
 
 HANDLE Refuse(DWORD error) {
@@ -110,12 +104,16 @@ HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES*
       const DWORD error = PathError(request.host, ENOENT);
       return Refuse(error == ERROR_PATH_NOT_FOUND ? error : ERROR_INVALID_NAME);
     }
-    OwnedDescriptor descriptor(OpenDescriptor(request, !there, there && S_ISDIR(facts.st_mode)));
+    OwnedDescriptor descriptor = OpenDescriptor(request, !there, there && S_ISDIR(facts.st_mode));
     if (!descriptor.IsOpen()) {
       const int error = errno;
       const bool changed = there ? error == ENOENT : error == EEXIST;
       if (changed && attempt < 100) continue;
       return Refuse(PathError(request.host, error));
+    }
+    if (!there && (flags & FILE_ATTRIBUTE_TEMPORARY) == 0 && IsShared(request.host)) {
+      const OwnedDescriptor folder = OpenFolder(HostFolder(request.host));
+      if (folder.IsOpen()) HandDown(folder.Get(), descriptor.Get());
     }
     if (fstat(descriptor.Get(), &facts) != 0) return Refuse(PathError(request.host, errno));
     std::unique_ptr<FileShare> opening = FileShare::Join(facts, request.access, share);
@@ -126,7 +124,7 @@ HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES*
     // The mark of the new file itself; the descriptor keeps the right to write.
     if (!there && (flags & FILE_ATTRIBUTE_READONLY) != 0)
       fchmod(descriptor.Get(), facts.st_mode & 07777 & ~0222u);
-    if ((flags & FILE_FLAG_DELETE_ON_CLOSE) != 0) opening->DeleteWhenUnused(AbsolutePath(request.host));
+    if ((flags & FILE_FLAG_DELETE_ON_CLOSE) != 0) opening->DeleteWhenUnused(AbsoluteHostPath(request.host));
     auto object = std::make_shared<FileObject>(std::move(descriptor), request.access, std::move(opening));
     const HANDLE handle = AddHandle(std::move(object));
     const bool replaced = there && (disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS);

@@ -1,7 +1,9 @@
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <unistd.h>
 #include <vector>
 
 #include "qorgen/platform/common/text_length.h"
@@ -64,6 +66,15 @@ std::u16string EscapeBytes(std::string_view host) {
                          : static_cast<char16_t>(c);
   }
   return name;
+}
+
+// Empty with errno when the working folder has been removed or can't be reached.
+std::string WorkingFolder() {
+  char* folder = getcwd(nullptr, 0);
+  if (folder == nullptr) return {};
+  std::string path = folder;
+  free(folder);
+  return path;
 }
 
 }  // namespace
@@ -187,6 +198,21 @@ std::string HostFolder(std::string_view host) {
 std::string WithoutSeparators(std::string host) {
   while (host.size() > 1 && host.back() == '/') host.pop_back();
   return host;
+}
+
+std::string AbsoluteHostPath(const std::string& host) {
+  if (!host.empty() && host.front() == '/') return host;
+  std::string path = WorkingFolder();
+  if (path.empty()) return path;
+  std::string_view rest = host;
+  while (rest == ".." || rest.starts_with("../")) {
+    path = HostFolder(path);
+    rest.remove_prefix(rest.size() > 2 ? 3 : 2);
+  }
+  if (rest == "." || rest.empty()) return path;
+  if (rest.starts_with("./")) rest.remove_prefix(2);
+  if (path.back() != '/') path += '/';
+  return path.append(rest);
 }
 
 bool IsCreatable(std::string_view host) {

@@ -5,7 +5,7 @@
 // `C:` (either case) is the root of the file system: `C:\a\b`, `\a\b` and `/a/b` are the same path; without a
 // leading separator, with or without `C:`, a path is relative to the working folder. Backslash and slash both
 // separate. Names are UTF-8 on disk and are taken as they stand: no case folding, no reserved device names,
-// no trimming of trailing dots or blanks. Pure text work; any thread may call it.
+// no trimming of trailing dots or blanks. Pure text work but for AbsoluteHostPath; any thread may call it.
 
 #include <cstddef>
 #include <string>
@@ -44,6 +44,10 @@ namespace qorgen::platform {
 // Trailing separators don't count.
 [[nodiscard]] std::string HostFolder(std::string_view host);
 [[nodiscard]] std::string HostLeaf(std::string_view host);
+
+// The host path from the root on; empty with errno when it is relative and the working folder has been removed or can't
+// be reached.
+[[nodiscard]] std::string AbsoluteHostPath(const std::string& host);
 
 // The same path without separators at its end; the root stays.
 [[nodiscard]] std::string WithoutSeparators(std::string host);

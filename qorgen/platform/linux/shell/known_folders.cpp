@@ -4,17 +4,18 @@
 
 // GLib brings its own TRUE and FALSE unless they are there already.
 #include <algorithm>
+#include <cerrno>
 #include <glib.h>
-#include <glib/gstdio.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "qorgen/platform/linux/filesystem/path_mapping.h"
+#include "qorgen/platform/linux/filesystem/shared_place.h"
+
+using namespace qorgen::platform;
 
 namespace {
-
-constexpr const char* kSharedPlace = "/var/lib/qorgen";
 
 struct Folder {
   std::string path;
@@ -27,15 +28,22 @@ bool IsFolder(const std::string& path) {
   return stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
+// Whether the user may make things in the machine-wide place, and nobody has put anything else there under the name of
+// the folder.
+bool MayShare(const std::string& path) {
+  struct stat facts;
+  return access(SharedPlace().c_str(), W_OK | X_OK) == 0 &&
+         (lstat(path.c_str(), &facts) != 0 ? errno == ENOENT : S_ISDIR(facts.st_mode));
+}
+
 Folder UserFolder(GUserDirectory which, const char* usual_name) {
   const char* path = g_get_user_special_dir(which);
   return {path != nullptr ? path : std::string(g_get_home_dir()) + '/' + usual_name};
 }
 
 Folder CommonFolder(const char* name) {
-  if (IsFolder(kSharedPlace) && access(kSharedPlace, W_OK | X_OK) == 0) {
-    return {std::string(kSharedPlace) + '/' + name, true, true};
-  }
+  const std::string path = SharedPlace() + '/' + name;
+  if (MayShare(path)) return {path, true, true};
   return {std::string(g_get_user_data_dir()) + "/qorgen/" + name, true};
 }
 
@@ -59,9 +67,8 @@ Folder FindFolder(int id) {
 }
 
 bool Make(const Folder& folder) {
-  if (!folder.shared) return g_mkdir_with_parents(folder.path.c_str(), 0700) == 0;
-  // The mode is set in a second step because mkdir's own is cut by the creation mask.
-  return g_mkdir(folder.path.c_str(), 0777) == 0 && g_chmod(folder.path.c_str(), 01777) == 0;
+  if (folder.shared) return MakeFolder(folder.path) || errno == EEXIST;
+  return g_mkdir_with_parents(folder.path.c_str(), 0700) == 0;
 }
 
 }  // namespace

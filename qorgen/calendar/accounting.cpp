@@ -3,7 +3,7 @@
 
 #include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/date_util.h"
-#include "qorgen/calendar/era_table.h"
+#include "qorgen/calendar/internal/era_table.h"
 
 using namespace qorgen::calendar;
 

@@ -2,9 +2,9 @@
 // first-year setting.
 
 #include "qorgen/afx/memory.h"
-#include "qorgen/calendar/date_parts.h"
 #include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/date_util.h"
+#include "qorgen/calendar/internal/date_parts.h"
 
 using namespace qorgen::calendar;
 

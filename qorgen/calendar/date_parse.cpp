@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "qorgen/afx/memory.h"
-#include "qorgen/calendar/date_parts.h"
 #include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/date_util.h"
-#include "qorgen/calendar/era_table.h"
+#include "qorgen/calendar/internal/date_parts.h"
+#include "qorgen/calendar/internal/era_table.h"
 #include "qorgen/numeric/num_util.h"
 
 using namespace qorgen::calendar;

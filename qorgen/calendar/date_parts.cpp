@@ -1,13 +1,13 @@
 // Cutting date text into parts. Stateless; allocates nothing.
 
-#include "qorgen/calendar/date_parts.h"
+#include "qorgen/calendar/internal/date_parts.h"
 
 #include <algorithm>
 #include <bit>
 #include <iterator>
 
 #include "qorgen/calendar/date_style.h"
-#include "qorgen/calendar/era_table.h"
+#include "qorgen/calendar/internal/era_table.h"
 
 namespace qorgen::calendar {
 

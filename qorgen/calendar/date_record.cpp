@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "qorgen/calendar/today.h"
+#include "qorgen/calendar/internal/today.h"
 #include "qorgen/platform/common/civil_date.h"
 #include "qorgen/platform/types.h"
 

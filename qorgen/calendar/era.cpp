@@ -2,7 +2,7 @@
 // fields.
 
 #include "qorgen/calendar/era_date.h"
-#include "qorgen/calendar/era_table.h"
+#include "qorgen/calendar/internal/era_table.h"
 
 using qorgen::calendar::FindEra;
 using qorgen::calendar::kEraCount;

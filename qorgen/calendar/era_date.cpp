@@ -3,8 +3,8 @@
 
 #include "qorgen/calendar/era_date.h"
 
-#include "qorgen/calendar/era_table.h"
-#include "qorgen/calendar/today.h"
+#include "qorgen/calendar/internal/era_table.h"
+#include "qorgen/calendar/internal/today.h"
 #include "qorgen/platform/common/civil_date.h"
 
 namespace {

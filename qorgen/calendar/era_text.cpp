@@ -1,10 +1,10 @@
 // Dates as era text: title and era year over the table of era text. Stateless but for the first-year setting.
 
 #include "qorgen/afx/memory.h"
-#include "qorgen/calendar/date_parts.h"
 #include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/date_util.h"
-#include "qorgen/calendar/era_table.h"
+#include "qorgen/calendar/internal/date_parts.h"
+#include "qorgen/calendar/internal/era_table.h"
 
 namespace qorgen::calendar {
 

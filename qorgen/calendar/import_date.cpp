@@ -1,9 +1,9 @@
 // Dates of import files, read in place: the trimming, replacing and folding of the text happens while it is
 // walked, so that nothing is copied. Stateless.
 
-#include "qorgen/calendar/date_parts.h"
 #include "qorgen/calendar/date_util.h"
-#include "qorgen/calendar/era_table.h"
+#include "qorgen/calendar/internal/date_parts.h"
+#include "qorgen/calendar/internal/era_table.h"
 #include "qorgen/platform/common/white_space.h"
 
 using namespace qorgen::calendar;

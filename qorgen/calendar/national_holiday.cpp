@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "qorgen/afx/memory.h"
-#include "qorgen/calendar/date_parts.h"
 #include "qorgen/calendar/date_util.h"
-#include "qorgen/calendar/holiday_table.h"
+#include "qorgen/calendar/internal/date_parts.h"
+#include "qorgen/calendar/internal/holiday_table.h"
 
 using namespace qorgen::calendar;
 

@@ -1,9 +1,9 @@
 // Times of day written as text, alone or behind a date. Stateless but for the first-year setting of dates.
 
 #include "qorgen/afx/memory.h"
-#include "qorgen/calendar/date_parts.h"
 #include "qorgen/calendar/date_style.h"
 #include "qorgen/calendar/date_util.h"
+#include "qorgen/calendar/internal/date_parts.h"
 
 using namespace qorgen::calendar;
 

@@ -1,6 +1,6 @@
 // The current date, with the local time zone consulted once a second at most. May be called from any thread.
 
-#include "qorgen/calendar/today.h"
+#include "qorgen/calendar/internal/today.h"
 
 #include <atomic>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // Today by a clock that the test sets.
 
 #include "qorgen/calendar/date_util.h"
-#include "qorgen/calendar/today.h"
+#include "qorgen/calendar/internal/today.h"
 #include "qorgen/platform/linux/time/test_clock.h"
 
 #include "tests/support/testing.h"

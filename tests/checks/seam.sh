@@ -39,7 +39,7 @@ awk -v hooks="$test_hooks" -v families="$families" '
                 count = split(words, word, " ")
                 for (i = 1; i <= count; ++i) if (!(word[i] in first)) first[word[i]] = object
                                              else if (first[word[i]] != object) spread[word[i]] = 1 }
-  kind == "H" && object ~ /\/platform\/linux\// { mine[name] = object }
+  kind == "H" && object ~ /\/platform\/(linux|common)\// { mine[name] = object }
   END {
     for (name in mine) {
       if (name in asked || name ~ /^(vtable|typeinfo|typeinfo name|VTT) for /) continue
@@ -51,7 +51,7 @@ awk -v hooks="$test_hooks" -v families="$families" '
       if (class ~ /^[A-Z]/ && class in first && (first[class] != mine[name] || class in spread)) continue
       print mine[name] ": " name
     }
-  }' "$work/symbols" | sed 's|^.*/platform/linux/|platform/linux/|' | sort >"$work/uncalled"
+  }' "$work/symbols" | sed 's|^.*/platform/|platform/|' | sort >"$work/uncalled"
 report 'no other object refers to these, and users do not get them' "$work/uncalled"
 
 awk '

@@ -15,7 +15,7 @@ namespace {
 
 using namespace qorgen::tests;
 
-TEST(TextFileConversionTest, a_target_that_takes_no_more_is_an_exception) {
+TEST(TextFileConversionTest, ATargetThatTakesNoMoreIsAnException) {
   OwnTempFolder folder;
   std::string text;
   for (std::size_t i = 0; i < 100'000; ++i) text += "abc\n";

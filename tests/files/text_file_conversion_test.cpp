@@ -29,7 +29,7 @@ std::string Times(int count, const std::string& text) {
   return all;
 }
 
-TEST(TextFileConversionTest, contents) {
+TEST(TextFileConversionTest, Contents) {
   struct Row {
     Conversion convert;
     std::string source, expected;
@@ -71,7 +71,7 @@ TEST(TextFileConversionTest, contents) {
   }
 }
 
-TEST(TextFileConversionTest, files_that_cannot_be_opened) {
+TEST(TextFileConversionTest, FilesThatCannotBeOpened) {
   OwnTempFolder folder;
   PutFile(folder.Path(L"a.txt"), "a\n");
   for (const Conversion convert : {CQorFileUtil::SJisToUtf8, CQorFileUtil::Utf8ToSJis}) {
@@ -95,7 +95,7 @@ TEST(TextFileConversionTest, files_that_cannot_be_opened) {
   EXPECT_FALSE(Exists(folder.Path(L"b.txt")));
 }
 
-TEST(TextFileConversionTest, crlf_to_lf_copies) {
+TEST(TextFileConversionTest, CrlfToLfCopies) {
   ScratchFolder folder;
   PutFile(folder.Path(L"a.txt"), "a\r\nb\0c\r\n"s);
   PutFile(folder.Path(L"b.txt"), "earlier");

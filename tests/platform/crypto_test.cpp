@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(CryptoTest, a_hash_is_filled_in_pieces_and_ends_with_its_digest) {
+TEST(CryptoTest, AHashIsFilledInPiecesAndEndsWithItsDigest) {
   HCRYPTPROV provider = 0;
   HCRYPTHASH hash = 0;
   EXPECT_FALSE(CryptAcquireContextW(&provider, nullptr, nullptr, 9999, CRYPT_VERIFYCONTEXT));

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(MemoryStatusTest, figures_agree_with_each_other) {
+TEST(MemoryStatusTest, FiguresAgreeWithEachOther) {
   MEMORYSTATUSEX status = {};
   status.dwLength = sizeof(status);
   ASSERT_TRUE(GlobalMemoryStatusEx(&status));
@@ -15,7 +15,7 @@ TEST(MemoryStatusTest, figures_agree_with_each_other) {
   EXPECT_LT(status.ullAvailVirtual, status.ullTotalVirtual);
 }
 
-TEST(SystemVersionTest, needs_the_record_size) {
+TEST(SystemVersionTest, NeedsTheRecordSize) {
   OSVERSIONINFOW version = {};
   EXPECT_FALSE(GetVersionExW(&version));
   version.dwOSVersionInfoSize = sizeof(version);

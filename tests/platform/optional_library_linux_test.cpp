@@ -33,7 +33,7 @@ struct Absent : OptionalLibrary {
   QORGEN_LIBRARY_FUNCTION(getpid);
 };
 
-TEST(OptionalLibraryTest, whole_or_not_at_all) {
+TEST(OptionalLibraryTest, WholeOrNotAtAll) {
   ASSERT_NE(nullptr, Loaded<Whole>());
   EXPECT_EQ(::getpid(), Loaded<Whole>()->getpid());
   EXPECT_EQ(nullptr, Loaded<Whole>()->none);
@@ -41,7 +41,7 @@ TEST(OptionalLibraryTest, whole_or_not_at_all) {
   EXPECT_EQ(nullptr, Loaded<Absent>());
 }
 
-TEST(OptionalLibraryTest, images_without_libgd) {
+TEST(OptionalLibraryTest, ImagesWithoutLibgd) {
   CImage::ReleaseGDIPlus();
   CImage image;
   ASSERT_TRUE(image.Create(1, 1, 24));
@@ -59,7 +59,7 @@ TEST(OptionalLibraryTest, images_without_libgd) {
   EXPECT_TRUE(CImage::InitGDIPlus());
 }
 
-TEST(OptionalLibraryTest, digests_without_libcrypto) {
+TEST(OptionalLibraryTest, DigestsWithoutLibcrypto) {
   HCRYPTPROV provider = 0;
   HCRYPTHASH hash = 0;
   const WithoutOptionalLibraries without;
@@ -70,7 +70,7 @@ TEST(OptionalLibraryTest, digests_without_libcrypto) {
   EXPECT_EQ(static_cast<DWORD>(NTE_PROVIDER_DLL_FAIL), GetLastError());
 }
 
-TEST(OptionalLibraryTest, file_types_without_gio) {
+TEST(OptionalLibraryTest, FileTypesWithoutGio) {
   DWORD count = 0;
   ASSERT_EQ(S_FALSE, AssocQueryStringW(0, ASSOCSTR_EXECUTABLE, L".qorledger", L"open", nullptr, &count));
   const WithoutOptionalLibraries without;

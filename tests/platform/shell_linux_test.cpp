@@ -56,7 +56,7 @@ std::string LibraryForm(const fs::path& path) {
   return text;
 }
 
-TEST(KnownFolderTest, missing_folder_is_made_on_request_only) {
+TEST(KnownFolderTest, MissingFolderIsMadeOnRequestOnly) {
   const std::pair<int, const char*> rows[] = {
       {CSIDL_DESKTOP, "Desktop"}, {CSIDL_PERSONAL, "Documents"}, {CSIDL_MYPICTURES, "写真"}};
   for (const auto& [id, place] : rows) {
@@ -71,7 +71,7 @@ TEST(KnownFolderTest, missing_folder_is_made_on_request_only) {
   }
 }
 
-TEST(KnownFolderTest, folders_of_programs_are_always_there_and_take_files) {
+TEST(KnownFolderTest, FoldersOfProgramsAreAlwaysThereAndTakeFiles) {
   fs::remove_all(Home::root / "data" / "qorgen");
   for (const int id : {CSIDL_LOCAL_APPDATA, CSIDL_COMMON_APPDATA, CSIDL_COMMON_DOCUMENTS}) {
     wchar_t path[MAX_PATH] = {};
@@ -82,7 +82,7 @@ TEST(KnownFolderTest, folders_of_programs_are_always_there_and_take_files) {
   }
 }
 
-TEST(AssocQueryStringTest, program_of_a_registered_type) {
+TEST(AssocQueryStringTest, ProgramOfARegisteredType) {
   wchar_t program[261] = {L'#'};
   const auto ask = [&program](ASSOCF flags, wchar_t* room, DWORD& count) {
     return AssocQueryStringW(flags, ASSOCSTR_EXECUTABLE, L".qorledger", L"open", room, &count);
@@ -104,7 +104,7 @@ TEST(AssocQueryStringTest, program_of_a_registered_type) {
   EXPECT_TEXT(L"\\sh", CString(program).Right(3));
 }
 
-TEST(AssocQueryStringTest, nothing_registered) {
+TEST(AssocQueryStringTest, NothingRegistered) {
   DWORD count = 260;
   constexpr HRESULT kNone = HRESULT_FROM_WIN32(ERROR_NO_ASSOCIATION);
   const std::tuple<const wchar_t*, const wchar_t*, HRESULT> rows[] = {

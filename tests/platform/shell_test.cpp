@@ -6,7 +6,7 @@ using namespace qorgen::tests;
 
 namespace {
 
-TEST(PathRemoveFileSpecTest, cuts_the_last_component_and_keeps_the_root) {
+TEST(PathRemoveFileSpecTest, CutsTheLastComponentAndKeepsTheRoot) {
   const std::pair<const wchar_t*, const wchar_t*> rows[] = {
       {L"C:\\a\\b.txt", L"C:\\a"},
       {L"C:\\a", L"C:\\"},
@@ -31,7 +31,7 @@ TEST(PathRemoveFileSpecTest, cuts_the_last_component_and_keeps_the_root) {
   EXPECT_FALSE(PathRemoveFileSpecW(nullptr));
 }
 
-TEST(PathFindExtensionTest, last_dot_of_the_last_component) {
+TEST(PathFindExtensionTest, LastDotOfTheLastComponent) {
   const wchar_t* const rows[][2] = {
       {L"a.txt", L".txt"}, {L"C:\\a.b\\c.tar.gz", L".gz"},
       {L"a.", L"."},       {L".dw", L".dw"},
@@ -43,7 +43,7 @@ TEST(PathFindExtensionTest, last_dot_of_the_last_component) {
   EXPECT_EQ(nullptr, PathFindExtensionW(nullptr));
 }
 
-TEST(PathIsDirectoryTest, folders_only) {
+TEST(PathIsDirectoryTest, FoldersOnly) {
   ScratchFolder folder;
   ASSERT_TRUE(PutFile(folder.Path(L"file"), "x"));
   EXPECT_TRUE(PathIsDirectoryW(folder.Path(L"")));
@@ -53,7 +53,7 @@ TEST(PathIsDirectoryTest, folders_only) {
   }
 }
 
-TEST(PathSkipRootTest, points_behind_drive_or_share) {
+TEST(PathSkipRootTest, PointsBehindDriveOrShare) {
   struct {
     const wchar_t* path;
     const wchar_t* rest;  // null: no root
@@ -71,7 +71,7 @@ TEST(PathSkipRootTest, points_behind_drive_or_share) {
   EXPECT_EQ(nullptr, PathSkipRootW(nullptr));
 }
 
-TEST(PathCompactPathExTest, shortens_by_the_published_rule) {
+TEST(PathCompactPathExTest, ShortensByThePublishedRule) {
   struct {
     const wchar_t* path;
     UINT room;

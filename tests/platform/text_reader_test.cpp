@@ -133,8 +133,8 @@ TEST(TextReader, ReadsLinesWhereverTheBufferEnds) {
       platform::LineBytes line;
       std::string all;
       while (ReadLine(window, text, block, 1000, line) == LineResult::kLine) {
-        std::vector<wchar_t> units(line.length + 1);
-        units[platform::DecodeText(text.code_page, line.bytes, line.length, units.data())] = 0;
+        std::vector<wchar_t> units(line.length + 5);
+        units[platform::DecodeLine(text.code_page, line, units.data())] = 0;
         all += Utf8(units.data()) + (line.ended ? "\n" : "");
       }
       EXPECT_EQ(row.text, all) << row.name << ", pieces of " << piece;

@@ -39,7 +39,7 @@ void QueryAll(const std::string& bytes) {
   }
 }
 
-TEST(VersionResourceTest, every_length_of_the_file) {
+TEST(VersionResourceTest, EveryLengthOfTheFile) {
   const std::string whole = qorgen::tests::MakeVersionFile({1, 2, 3, 4});
   VersionResource resource;
   ASSERT_EQ(PeStatus::kFound, Find(whole, resource));
@@ -49,7 +49,7 @@ TEST(VersionResourceTest, every_length_of_the_file) {
   }
 }
 
-TEST(VersionResourceTest, every_byte_damaged) {
+TEST(VersionResourceTest, EveryByteDamaged) {
   const std::string whole = qorgen::tests::MakeVersionFile({1, 2, 3, 4});
   for (std::size_t i = 0; i < whole.size(); ++i) {
     for (const int damage : {0x00, 0x7F, 0xFF}) {
@@ -63,7 +63,7 @@ TEST(VersionResourceTest, every_byte_damaged) {
   }
 }
 
-TEST(VersionResourceTest, damaged_blocks_through_the_file_calls) {
+TEST(VersionResourceTest, DamagedBlocksThroughTheFileCalls) {
   qorgen::tests::ScratchFolder folder;
   const std::string whole = qorgen::tests::MakeVersionFile({1, 2, 3, 4});
   constexpr std::size_t kBlock = 0x200 + 88;

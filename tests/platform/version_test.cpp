@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(VersionTest, values_of_both_kinds_of_executable) {
+TEST(VersionTest, ValuesOfBothKindsOfExecutable) {
   qorgen::tests::ScratchFolder folder;
   const wchar_t* path = folder.Path(L"版.dll");
   for (const bool is_64_bit : {true, false}) {

@@ -51,6 +51,30 @@ std::size_t CutTail(unsigned code_page, const unsigned char* at, std::size_t len
   return i > length ? 1 : 0;
 }
 
+// Units of text that ends in a whole character or, as a line may, in the middle of one, which then shows as a
+// character that can't be decoded. Never more units than there are bytes.
+std::size_t DecodeText(unsigned code_page, const unsigned char* bytes, std::size_t length, wchar_t* units) {
+  if (length == 0) return 0;
+  if (code_page == 0) {
+    std::copy_n(bytes, length, units);
+    return length;
+  }
+  if (code_page == kUtf16Text) {
+    std::memcpy(units, bytes, length);
+    return length / 2;
+  }
+  // A lone lead byte at the end is a character of its own only where it stands alone.
+  const std::size_t cut = code_page == CP_UTF8 ? 0 : CutTail(code_page, bytes, length);
+  std::size_t made = 0;
+  for (const auto& [from, count] : {std::pair{std::size_t{0}, length - cut}, std::pair{length - cut, cut}}) {
+    if (count == 0) continue;
+    const int size = static_cast<int>(count);
+    made += static_cast<std::size_t>(MultiByteToWideChar(
+        code_page, 0, reinterpret_cast<const char*>(bytes + from), size, units + made, size));
+  }
+  return made;
+}
+
 // ---- whole lines ----
 
 bool Reserve(LineBlock& block, std::size_t needed) {
@@ -293,28 +317,6 @@ std::size_t ReadBytes(ByteWindow& window, const StreamText& text, char* bytes, s
     }
   }
   return length;
-}
-
-std::size_t DecodeText(unsigned code_page, const unsigned char* bytes, std::size_t length, wchar_t* units) {
-  if (length == 0) return 0;
-  if (code_page == 0) {
-    std::copy_n(bytes, length, units);
-    return length;
-  }
-  if (code_page == kUtf16Text) {
-    std::memcpy(units, bytes, length);
-    return length / 2;
-  }
-  // A lone lead byte at the end is a character of its own only where it stands alone.
-  const std::size_t cut = code_page == CP_UTF8 ? 0 : CutTail(code_page, bytes, length);
-  std::size_t made = 0;
-  for (const auto& [from, count] : {std::pair{std::size_t{0}, length - cut}, std::pair{length - cut, cut}}) {
-    if (count == 0) continue;
-    const int size = static_cast<int>(count);
-    made += static_cast<std::size_t>(MultiByteToWideChar(
-        code_page, 0, reinterpret_cast<const char*>(bytes + from), size, units + made, size));
-  }
-  return made;
 }
 
 std::size_t DecodeLine(unsigned code_page, const LineBytes& line, wchar_t* units) {

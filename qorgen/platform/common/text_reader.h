@@ -58,10 +58,8 @@ std::size_t ReadUnits(ByteWindow& window, StreamText& text, wchar_t* units, std:
 // Up to `room` bytes with their line ends translated.
 std::size_t ReadBytes(ByteWindow& window, const StreamText& text, char* bytes, std::size_t room);
 
-// Units of text that ends in a whole character or, as a line may, in the middle of one, which then shows as a character
-// that can't be decoded. Never more units than there are bytes.
-std::size_t DecodeText(unsigned code_page, const unsigned char* bytes, std::size_t length, wchar_t* units);
-// The units of a line, with those that stand before its bytes.
+// The units of a line, with those that stand before its bytes; a character that the line's end cuts shows as one
+// that can't be decoded. Never more units than there are bytes and units before them.
 std::size_t DecodeLine(unsigned code_page, const LineBytes& line, wchar_t* units);
 
 }  // namespace qorgen::platform

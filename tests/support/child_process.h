@@ -2,6 +2,7 @@
 
 // Steps in a child process of the test's: as another user, or stopped at a system call. On Linux.
 
+#include <csignal>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -39,6 +40,7 @@ inline bool StopsAtCall(int n, bool kills, const std::function<void()>& steps,
     steps();
     _exit(0);
   }
+  if (child < 0) return false;
   int status = 0;
   waitpid(child, &status, 0);
   bool reached = true;
